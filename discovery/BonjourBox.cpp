@@ -1,0 +1,165 @@
+#include "BonjourBox.h"
+
+#include <QIcon>
+#include <QMouseEvent>
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+constexpr int hostRole = Qt::UserRole;
+constexpr int addressRole = Qt::UserRole + 1;
+constexpr int scopeRole = Qt::UserRole + 2;
+constexpr int portRole = Qt::UserRole + 3;
+
+constexpr int visibleRows = 20;
+constexpr int typedAddressPort = 7100;
+
+std::string kindOf(const std::string& regtype) {
+    for (const char* kind : {"gx7100", "other"}) {
+        if (regtype.find(kind) != std::string::npos)
+            return kind;
+    }
+    return "unknown";
+}
+
+} // namespace
+
+BonjourBox::BonjourBox(QWidget* parent)
+    : QComboBox(parent), m_lastRowLabel(tr("Other...")), m_client(this) {
+    setEditable(false);
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+}
+
+BonjourBox::BonjourBox(const QString& regtype, const QString& domain, QWidget* parent)
+    : BonjourBox(parent) {
+    m_regtype = regtype;
+    m_domain = domain;
+    m_client.Browse(regtype.toStdString());
+}
+
+void BonjourBox::start(const QString& regtype, const QString& domain) {
+    connect(this, &QComboBox::activated, this, &BonjourBox::checkEditable);
+    m_lastRowLabel = tr("Other...");
+    setEditable(true);
+    setMaxVisibleItems(visibleRows);
+    setInsertPolicy(QComboBox::NoInsert);
+    m_regtype = regtype;
+    m_domain = domain;
+    InfoChanged();
+    m_client.Browse(regtype.toStdString());
+}
+
+void BonjourBox::setDefault(const QString& name) {
+    m_defaultName = name;
+    if (!name.isEmpty())
+        InfoChanged();
+}
+
+bool BonjourBox::isLastRow(int row) const {
+    return row >= 0 && row == count() - 1;
+}
+
+bool BonjourBox::getIP(std::string& ip, int* scope, int* port) {
+    const QVariant address = currentData(addressRole);
+    if (!address.isValid())
+        return false;
+    ip = address.toString().toStdString();
+    if (isLastRow(currentIndex())) {
+        m_lastRowLabel = currentText();
+        setItemText(currentIndex(), m_lastRowLabel);
+        ip = m_lastRowLabel.toStdString();
+    }
+    if (scope != nullptr)
+        *scope = currentData(scopeRole).toInt();
+    if (port != nullptr)
+        *port = currentData(portRole).toInt();
+    return true;
+}
+
+bool BonjourBox::getHost(std::string& host) {
+    host = currentData(hostRole).toString().toStdString();
+    return !host.empty();
+}
+
+const BonjourBox::InstInfo* BonjourBox::_GetSelectedInstInfo() const {
+    const std::string name = currentText().toStdString();
+    const auto found = std::find_if(m_instruments.begin(), m_instruments.end(),
+                                    [&name](const InstInfo& each) { return each.name == name; });
+    return found == m_instruments.end() ? nullptr : &*found;
+}
+
+void BonjourBox::AddService(std::string name, std::string regtype, std::string, unsigned int,
+                            std::string hostTarget, const SocketAddress& address,
+                            const std::map<std::string, std::string>& txt) {
+    const auto known = std::find_if(m_instruments.begin(), m_instruments.end(),
+                                    [&name](const InstInfo& each) { return each.name == name; });
+    if (known != m_instruments.end()) {
+        known->addresses.insert(address);
+    } else {
+        m_instruments.emplace_back(std::move(name), std::move(hostTarget), address, kindOf(regtype),
+                                   txt);
+        m_instruments.sort();
+    }
+    InfoChanged();
+}
+
+void BonjourBox::RemoveService(std::string name, std::string, std::string) {
+    const auto known = std::find_if(m_instruments.begin(), m_instruments.end(),
+                                    [&name](const InstInfo& each) { return each.name == name; });
+    if (known != m_instruments.end())
+        m_instruments.erase(known);
+    InfoChanged();
+}
+
+bool BonjourBox::ServiceError(std::string message) {
+    std::cout << "ERROR: " << message << std::endl;
+    return false;
+}
+
+void BonjourBox::checkEditable(int) {}
+
+void BonjourBox::selectedItem(int) {}
+
+void BonjourBox::mousePressEvent(QMouseEvent* event) {
+    if (m_isRefreshPending)
+        InfoChanged();
+    QComboBox::mousePressEvent(event);
+}
+
+void BonjourBox::InfoChanged() {
+    if (!isEnabled()) {
+        m_isRefreshPending = true;
+        return;
+    }
+    m_isRefreshPending = false;
+    clear();
+    fillRows();
+    const int defaultRow = m_defaultName.isEmpty()
+                               ? -1
+                               : findText(m_defaultName, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (defaultRow >= 0)
+        setCurrentIndex(defaultRow);
+    else if (m_instruments.empty())
+        setCurrentIndex(count() - 1);
+}
+
+void BonjourBox::fillRows() {
+    const auto add = [this](const QString& label, const QString& host, const QString& address,
+                            int scope, int port) {
+        addItem(QIcon(), label, host);
+        const int row = count() - 1;
+        setItemData(row, address, addressRole);
+        setItemData(row, scope, scopeRole);
+        setItemData(row, port, portRole);
+    };
+    for (const InstInfo& each : m_instruments) {
+        int scope = 0;
+        int port = 0;
+        const std::string address = each.SelectIPAddress(false, &scope, &port);
+        add(QString::fromStdString(each.name), QString::fromStdString(each.host),
+            QString::fromStdString(address), scope, port);
+    }
+    insertSeparator(count());
+    add(m_lastRowLabel, QString(""), QString(""), 0, typedAddressPort);
+}
