@@ -2,7 +2,7 @@
 #include "TestEnvironment.h"
 
 /// What an operator at 200 % gets: the twin drawn for that scale, never the small one enlarged.
-class test_HighDpiImages : public QObject {
+class HighDpiImagesTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -12,13 +12,13 @@ private slots:
     void applicationIconIsSharp();
 };
 
-void test_HighDpiImages::initTestCase() {
+void HighDpiImagesTest::initTestCase() {
     Q_INIT_RESOURCE(group);
     Q_INIT_RESOURCE(console);
     QCOMPARE(qApp->devicePixelRatio(), 2.0);
 }
 
-void test_HighDpiImages::iconUsesTheTwin_data() {
+void HighDpiImagesTest::iconUsesTheTwin_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("size");
     for (const char* name :
@@ -30,7 +30,7 @@ void test_HighDpiImages::iconUsesTheTwin_data() {
     }
 }
 
-void test_HighDpiImages::iconUsesTheTwin() {
+void HighDpiImagesTest::iconUsesTheTwin() {
     QFETCH(QString, name);
     QFETCH(int, size);
     const QString path = QStringLiteral(":/buttons/images/%1%2.png");
@@ -44,7 +44,7 @@ void test_HighDpiImages::iconUsesTheTwin() {
              twin.convertToFormat(QImage::Format_ARGB32_Premultiplied));
 }
 
-void test_HighDpiImages::applicationIconIsSharp() {
+void HighDpiImagesTest::applicationIconIsSharp() {
     for (const int size : {16, 24, 32, 64, 128}) {
         QCOMPARE(applicationIcon().pixmap(QSize(size, size), 2.0).size(),
                  QSize(2 * size, 2 * size));
@@ -53,7 +53,7 @@ void test_HighDpiImages::applicationIconIsSharp() {
 
 int main(int argc, char** argv) {
     qputenv("QT_SCALE_FACTOR", "2");
-    return runTest<test_HighDpiImages>(argc, argv);
+    return runTest<HighDpiImagesTest>(argc, argv);
 }
 
-#include "test_HighDpiImages.moc"
+#include "HighDpiImagesTest.moc"

@@ -6,7 +6,7 @@
 #include "TestEnvironment.h"
 
 /// The committed PNG files are what the committed SVG sources render to, no more and no fewer.
-class test_RenderedImages : public QObject {
+class RenderedImagesTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -33,7 +33,7 @@ int differenceOf(QRgb a, QRgb b) {
 }
 } // namespace
 
-QStringList test_RenderedImages::pngsBelow(const QString& root) {
+QStringList RenderedImagesTest::pngsBelow(const QString& root) {
     QStringList found;
     for (const char* folder : {"resources/images", "packaging/icons"}) {
         QDirIterator files(root + u'/' + QLatin1String(folder), {QStringLiteral("*.png")},
@@ -46,7 +46,7 @@ QStringList test_RenderedImages::pngsBelow(const QString& root) {
     return found;
 }
 
-void test_RenderedImages::initTestCase() {
+void RenderedImagesTest::initTestCase() {
     QProcess render;
     render.setProcessChannelMode(QProcess::ForwardedChannels);
     render.start(sourceRoot + QStringLiteral("/resources/render.sh"), {m_rendered.path()});
@@ -55,14 +55,14 @@ void test_RenderedImages::initTestCase() {
     QCOMPARE(render.exitCode(), 0);
 }
 
-void test_RenderedImages::committedIsWhatRenders_data() {
+void RenderedImagesTest::committedIsWhatRenders_data() {
     QTest::addColumn<QString>("file");
     for (const QString& file : pngsBelow(m_rendered.path())) {
         QTest::newRow(qPrintable(file)) << file;
     }
 }
 
-void test_RenderedImages::committedIsWhatRenders() {
+void RenderedImagesTest::committedIsWhatRenders() {
     QFETCH(QString, file);
     const auto load = [&file](const QString& root) {
         return QImage(root + u'/' + file).convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -84,12 +84,12 @@ void test_RenderedImages::committedIsWhatRenders() {
     }
 }
 
-void test_RenderedImages::nothingElseIsCommitted() {
+void RenderedImagesTest::nothingElseIsCommitted() {
     QCOMPARE(pngsBelow(sourceRoot), pngsBelow(m_rendered.path()));
 }
 
 int main(int argc, char** argv) {
-    return runTest<test_RenderedImages>(argc, argv);
+    return runTest<RenderedImagesTest>(argc, argv);
 }
 
-#include "test_RenderedImages.moc"
+#include "RenderedImagesTest.moc"

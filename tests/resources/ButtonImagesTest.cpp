@@ -8,7 +8,7 @@
 #include "TestEnvironment.h"
 
 /// The compiled-in images: all there under their names, and fit to be seen on any toolbar.
-class test_ButtonImages : public QObject {
+class ButtonImagesTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -99,12 +99,12 @@ int ink(const QImage& image) {
 }
 } // namespace
 
-void test_ButtonImages::initTestCase() {
+void ButtonImagesTest::initTestCase() {
     Q_INIT_RESOURCE(group);
     Q_INIT_RESOURCE(console);
 }
 
-void test_ButtonImages::collectionsHoldTheirOwn() {
+void ButtonImagesTest::collectionsHoldTheirOwn() {
     const QStringList group = filesOf(groupButtons) + applicationIconFiles();
     const QStringList console = filesOf(consoleButtons);
     QCOMPARE(filesNow(), sorted(group + console));
@@ -116,7 +116,7 @@ void test_ButtonImages::collectionsHoldTheirOwn() {
     Q_INIT_RESOURCE(group);
 }
 
-void test_ButtonImages::sizes_data() {
+void ButtonImagesTest::sizes_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("size");
     const auto add = [](const QString& name, int size) {
@@ -136,13 +136,13 @@ void test_ButtonImages::sizes_data() {
     }
 }
 
-void test_ButtonImages::sizes() {
+void ButtonImagesTest::sizes() {
     QFETCH(QString, name);
     QFETCH(int, size);
     QCOMPARE(load(name).size(), QSize(size, size));
 }
 
-void test_ButtonImages::drawnOnTransparency() {
+void ButtonImagesTest::drawnOnTransparency() {
     QFETCH(QString, name);
     QFETCH(int, size);
     QVERIFY(QImage(QStringLiteral(":/buttons/images/%1.png").arg(name)).hasAlphaChannel());
@@ -152,7 +152,7 @@ void test_ButtonImages::drawnOnTransparency() {
     QVERIFY2(covered > 0.2 && covered < 0.8, qPrintable(QString::number(covered)));
 }
 
-void test_ButtonImages::standsOutFromTheToolbar_data() {
+void ButtonImagesTest::standsOutFromTheToolbar_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QRgb>("toolbar");
     for (const QString& name : groupButtons + consoleButtons) {
@@ -162,7 +162,7 @@ void test_ButtonImages::standsOutFromTheToolbar_data() {
     }
 }
 
-void test_ButtonImages::standsOutFromTheToolbar() {
+void ButtonImagesTest::standsOutFromTheToolbar() {
     QFETCH(QString, name);
     QFETCH(QRgb, toolbar);
     // The contrast that accessibility guidelines ask of anything one has to recognise.
@@ -179,14 +179,14 @@ void test_ButtonImages::standsOutFromTheToolbar() {
     }
 }
 
-void test_ButtonImages::connectAndDisconnectDifferInShape_data() {
+void ButtonImagesTest::connectAndDisconnectDifferInShape_data() {
     QTest::addColumn<int>("size");
     for (const int size : {16, 24, 48}) {
         QTest::addRow("%d", size) << size;
     }
 }
 
-void test_ButtonImages::connectAndDisconnectDifferInShape() {
+void ButtonImagesTest::connectAndDisconnectDifferInShape() {
     QFETCH(int, size);
     const auto mask = [size](const char* name) {
         return load(QLatin1String(name))
@@ -207,7 +207,7 @@ void test_ButtonImages::connectAndDisconnectDifferInShape() {
     QVERIFY2(onlyOne * 2 > either, qPrintable(QStringLiteral("%1/%2").arg(onlyOne).arg(either)));
 }
 
-void test_ButtonImages::arrowPointsItsWay_data() {
+void ButtonImagesTest::arrowPointsItsWay_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("degreesToUp");
     QTest::newRow("up") << "UpArrow32" << 0;
@@ -216,7 +216,7 @@ void test_ButtonImages::arrowPointsItsWay_data() {
     QTest::newRow("right") << "RightArrow32" << 270;
 }
 
-void test_ButtonImages::arrowPointsItsWay() {
+void ButtonImagesTest::arrowPointsItsWay() {
     QFETCH(QString, name);
     QFETCH(int, degreesToUp);
     const QImage arrow = load(name).transformed(QTransform().rotate(degreesToUp));
@@ -231,7 +231,7 @@ void test_ButtonImages::arrowPointsItsWay() {
              qPrintable(QStringLiteral("%1 %2 %3").arg(tip).arg(shaft).arg(head)));
 }
 
-void test_ButtonImages::applicationIconHasEverySize() {
+void ButtonImagesTest::applicationIconHasEverySize() {
     const QIcon icon = applicationIcon();
     for (const int size : iconSizes + QList<int>{64}) {
         QVERIFY(icon.availableSizes().contains(QSize(size, size)));
@@ -244,7 +244,7 @@ void test_ButtonImages::applicationIconHasEverySize() {
 }
 
 int main(int argc, char** argv) {
-    return runTest<test_ButtonImages>(argc, argv);
+    return runTest<ButtonImagesTest>(argc, argv);
 }
 
-#include "test_ButtonImages.moc"
+#include "ButtonImagesTest.moc"
