@@ -81,7 +81,7 @@ double contrast(QRgb a, QRgb b) {
     return (light + 0.05) / (dark + 0.05);
 }
 
-/// Pixels of a row or column that are more ink than background.
+/// Pixels of a row that are more ink than background.
 int inkInRow(const QImage& image, int y) {
     int ink = 0;
     for (int x = 0; x < image.width(); ++x) {
