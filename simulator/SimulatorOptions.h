@@ -1,0 +1,31 @@
+#pragma once
+
+#include "SimulatorServer.h"
+
+#include <QCoreApplication>
+#include <QHostAddress>
+#include <QStringList>
+
+#include <variant>
+
+/// What gx7100sim was asked to do.
+struct SimulatorOptions {
+    Q_DECLARE_TR_FUNCTIONS(SimulatorOptions)
+
+public:
+    /// The TCP port of a real instrument.
+    static constexpr quint16 instrumentPort = 7100;
+
+    QHostAddress address = QHostAddress(QHostAddress::Any);
+    quint16 port = instrumentPort;
+    SimulatorSettings simulator;
+
+    /// Text to print and leave: help or the version with exit code 0, a complaint with another.
+    struct Message {
+        QString text;
+        int exitCode = 0;
+    };
+
+    /// Reads the program's arguments, the first being its own name.
+    static std::variant<SimulatorOptions, Message> parse(const QStringList& arguments);
+};

@@ -1,0 +1,64 @@
+#include "SimulatorOptions.h"
+#include "TerminationSignals.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+/// Written out at once: scripts wait for these lines.
+void print(FILE* stream, const QString& text) {
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+QString listeningLine(const SimulatorServer& server) {
+    if (server.address() == QHostAddress(QHostAddress::Any))
+        return SimulatorOptions::tr("Listening on all addresses, port %1\n").arg(server.port());
+    return SimulatorOptions::tr("Listening on %1, port %2\n")
+        .arg(server.address().toString())
+        .arg(server.port());
+}
+
+void printEvents(const SimulatorServer& server) {
+    QObject::connect(&server, &SimulatorServer::connected, &server,
+                     [](int connection, const QString& peer) {
+                         print(stdout, SimulatorOptions::tr("Connected: instrument %1, from %2\n")
+                                           .arg(connection)
+                                           .arg(peer));
+                     });
+    QObject::connect(&server, &SimulatorServer::disconnected, &server, [](int connection) {
+        print(stdout, SimulatorOptions::tr("Disconnected: instrument %1\n").arg(connection));
+    });
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("gx7100sim"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("2.1"));
+
+    const auto parsed = SimulatorOptions::parse(QCoreApplication::arguments());
+    if (const auto* message = std::get_if<SimulatorOptions::Message>(&parsed)) {
+        print(message->exitCode == 0 ? stdout : stderr, message->text);
+        return message->exitCode;
+    }
+    const auto& options = std::get<SimulatorOptions>(parsed);
+
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::terminationRequested, &application,
+                     &QCoreApplication::quit);
+    SimulatorServer server(options.simulator);
+    printEvents(server);
+    if (!server.listen(options.address, options.port)) {
+        print(stderr, SimulatorOptions::tr("gx7100sim: cannot listen on %1, port %2: %3\n")
+                          .arg(options.address.toString())
+                          .arg(options.port)
+                          .arg(server.errorString()));
+        return 1;
+    }
+    print(stdout, listeningLine(server));
+    return QCoreApplication::exec();
+}
