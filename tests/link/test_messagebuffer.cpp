@@ -1,0 +1,203 @@
+#include "MessageBuffer.h"
+#include "TestEnvironment.h"
+
+#include <QByteArray>
+#include <QObject>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+using namespace std::string_literals;
+
+namespace {
+
+/// The largest piece of memory asked for at once since it was last set to 0.
+std::atomic<std::size_t> largestRequest{0};
+
+using Message = std::pair<std::string, std::string>;
+using Messages = std::vector<Message>;
+
+void feed(MessageBuffer& buffer, std::string_view bytes) {
+    // A copy of exactly these bytes, so that a sanitizer sees any step beyond them.
+    const std::vector<char> chunk(bytes.begin(), bytes.end());
+    buffer.Add(chunk.data(), static_cast<unsigned int>(chunk.size()));
+}
+
+Messages drain(MessageBuffer& buffer) {
+    Messages messages;
+    Message next;
+    while (buffer.NextMessage(next.first, next.second))
+        messages.push_back(next);
+    return messages;
+}
+
+/// All messages of a stream that arrives cut at the given places.
+Messages parse(std::string_view stream, std::vector<std::size_t> cuts) {
+    MessageBuffer buffer;
+    cuts.push_back(stream.size());
+    std::size_t from = 0;
+    for (const std::size_t cut : cuts) {
+        feed(buffer, stream.substr(from, cut - from));
+        from = cut;
+    }
+    return drain(buffer);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Messages)
+
+void* operator new(std::size_t size) {
+    std::size_t seen = largestRequest;
+    while (size > seen && !largestRequest.compare_exchange_weak(seen, size)) {
+    }
+    if (void* memory = std::malloc(size == 0 ? 1 : size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+class TestMessageBuffer : public QObject {
+    Q_OBJECT
+
+private:
+    static void streams() {
+        QTest::addColumn<std::string>("stream");
+        QTest::addColumn<Messages>("expected");
+
+        QTest::newRow("nothing") << ""s << Messages{};
+        QTest::newRow("one frame") << "<D>\0\0\0\5hello"s << Messages{{"D", "hello"}};
+        QTest::newRow("no payload") << "<D>\0\0\0\0"s << Messages{{"D", ""}};
+        QTest::newRow("one byte") << "<D>\0\0\0\1x"s << Messages{{"D", "x"}};
+        QTest::newRow("two frames")
+            << "<D>\0\0\0\2ab<D>\0\0\0\3cde"s << Messages{{"D", "ab"}, {"D", "cde"}};
+        QTest::newRow("empty frames in a row")
+            << "<D>\0\0\0\0<D>\0\0\0\0<D>\0\0\0\0"s << Messages{{"D", ""}, {"D", ""}, {"D", ""}};
+        QTest::newRow("stray bytes before") << "D>\0\0\r\n<D>\0\0\0\1x"s << Messages{{"D", "x"}};
+        QTest::newRow("stray bytes between")
+            << "<D>\0\0\0\1xyz>>\0<D>\0\0\0\1w"s << Messages{{"D", "x"}, {"D", "w"}};
+        QTest::newRow("nothing but stray bytes") << "noise \0 noise >"s << Messages{};
+        QTest::newRow("another tag")
+            << "<X>\0\0\0\2no<D>\0\0\0\1y"s << Messages{{"X", "no"}, {"D", "y"}};
+        QTest::newRow("a less-than in the tag") << "<<D>\0\0\0\1z"s << Messages{{"<D", "z"}};
+        QTest::newRow("empty tag") << "<>\0\0\0\1z"s << Messages{{"", "z"}};
+        QTest::newRow("long tag with any bytes")
+            << "<a \0\xFF<< longer than a small string may be>\0\0\0\1z"s
+            << Messages{{"a \0\xFF<< longer than a small string may be"s, "z"}};
+        QTest::newRow("a frame inside a payload")
+            << "<D>\0\0\0\x08<D>\0\0\0\1x"s << Messages{{"D", "<D>\0\0\0\1x"s}};
+        QTest::newRow("brackets all over")
+            << "<D>\0\0\0<"s + std::string(60, '<') << Messages{{"D", std::string(60, '<')}};
+    }
+
+private slots:
+    void anySplit_data() { streams(); }
+    void anySplit() {
+        QFETCH(const std::string, stream);
+        QFETCH(const Messages, expected);
+
+        QCOMPARE(parse(stream, {}), expected);
+        std::vector<std::size_t> everywhere;
+        for (std::size_t first = 0; first <= stream.size(); ++first) {
+            everywhere.push_back(first);
+            QCOMPARE(parse(stream, {first}), expected);
+            for (std::size_t second = first; second <= stream.size(); ++second)
+                QCOMPARE(parse(stream, {first, second}), expected);
+        }
+        QCOMPARE(parse(stream, everywhere), expected);
+    }
+
+    /// A message is there with its last byte: not before, and not only with the byte after it.
+    void completion_data() {
+        QTest::addColumn<std::string>("frame");
+        QTest::newRow("empty") << "<D>\0\0\0\0"s;
+        QTest::newRow("one byte") << "<D>\0\0\0\1x"s;
+        QTest::newRow("255 bytes") << "<D>\0\0\0\xFF"s + std::string(255, 'p');
+        QTest::newRow("256 bytes") << "<D>\0\0\1\0"s + std::string(256, 'p');
+        QTest::newRow("65536 bytes") << "<D>\0\1\0\0"s + std::string(65536, 'p');
+        QTest::newRow("16777216 bytes") << "<D>\1\0\0\0"s + std::string(16777216, 'p');
+    }
+    void completion() {
+        QFETCH(const std::string, frame);
+
+        MessageBuffer buffer;
+        feed(buffer, std::string_view(frame).substr(0, frame.size() - 1));
+        QCOMPARE(drain(buffer), Messages{});
+        feed(buffer, std::string_view(frame).substr(frame.size() - 1));
+        QCOMPARE(drain(buffer), (Messages{{"D", frame.substr(7)}}));
+    }
+
+    void messagesAreKeptUntilTakenInOrder() {
+        MessageBuffer buffer;
+        feed(buffer, "<A>\0\0\0\1a<B>\0\0\0\1b"s);
+        std::string tag = "old";
+        std::string payload = "old";
+        QVERIFY(buffer.NextMessage(tag, payload));
+        QCOMPARE(tag, "A"s);
+        QCOMPARE(payload, "a"s);
+        feed(buffer, "<C>\0\0\0\1c"s);
+        QCOMPARE(drain(buffer), (Messages{{"B", "b"}, {"C", "c"}}));
+
+        tag = "kept";
+        payload = "kept";
+        QVERIFY(!buffer.NextMessage(tag, payload));
+        QCOMPARE(tag, "kept"s);
+        QCOMPARE(payload, "kept"s);
+    }
+
+    void addOfNothingDoesNothing() {
+        MessageBuffer buffer;
+        buffer.Add(nullptr, 0);
+        feed(buffer, "<D>\0\0\0\1"s);
+        buffer.Add(nullptr, 0);
+        QCOMPARE(drain(buffer), Messages{});
+        feed(buffer, "x"s);
+        QCOMPARE(drain(buffer), (Messages{{"D", "x"}}));
+    }
+
+    /// A frame is never given up: what follows a tag that is not closed belongs to the tag.
+    void aTagThatIsNeverClosed() {
+        MessageBuffer buffer;
+        feed(buffer, "<D\0\0\0\1x"s);
+        for (int i = 0; i < 1000; ++i)
+            feed(buffer, "<D\0\0\0\0"s);
+        QCOMPARE(drain(buffer), Messages{});
+        feed(buffer, ">\0\0\0\1y"s);
+        const Messages messages = drain(buffer);
+        QCOMPARE(messages.size(), std::size_t(1));
+        QCOMPARE(messages[0].first.size(), std::size_t(6 + 1000 * 6));
+        QCOMPARE(messages[0].second, "y"s);
+    }
+
+    /// A length is a claim: memory is spent on the bytes that came.
+    void theLargestLengthTakesNoMemoryAhead() {
+        const std::string arrived(100'000, 'p');
+        MessageBuffer buffer;
+        largestRequest = 0;
+        feed(buffer, "<D>\xFF\xFF\xFF\xFF"s);
+        for (int i = 0; i < 10; ++i)
+            feed(buffer, arrived);
+        QCOMPARE(drain(buffer), Messages{});
+        QVERIFY2(largestRequest <= 2 * 10 * arrived.size() + 64,
+                 QByteArray::number(quint64(largestRequest)).constData());
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTest<TestMessageBuffer>(argc, argv);
+}
+
+#include "test_messagebuffer.moc"
