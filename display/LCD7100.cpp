@@ -1,0 +1,243 @@
+#include "LCD7100.h"
+
+#include <QCursor>
+#include <QFontDialog>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int blinkPeriodMs = 500;
+/// Far above any instrument's; keeps what setSize() makes within memory.
+constexpr int maxCells = 1024;
+constexpr int maxGraphSide = 4096;
+
+/// Puts `data` at the front of `cells` and 0 into the rest.
+void fillCells(QVector<char>& cells, std::string_view data) {
+    data = data.substr(0, static_cast<std::size_t>(cells.size()));
+    char* to = cells.data();
+    std::copy(data.begin(), data.end(), to);
+    std::fill(to + data.size(), to + cells.size(), '\0');
+}
+
+} // namespace
+
+LCD7100::LCD7100(QWidget* parent)
+    : QWidget(parent), m_blinkTimer(new QTimer(this)), m_menu(new QMenu(this)) {
+    setFocusPolicy(Qt::StrongFocus);
+    setDefaultColors();
+    setSize(text_renderthread::defaultColumns, text_renderthread::defaultRows, 240, 64);
+
+    QPalette unpainted = palette();
+    unpainted.setColor(QPalette::Window, QColor(250, 250, 200));
+    setPalette(unpainted);
+    setAutoFillBackground(true);
+    setMinimumSize(240, 120);
+
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    m_menu->addAction(tr("Edit Font..."), this, &LCD7100::showFontEditor);
+    connect(this, &QWidget::customContextMenuRequested, this, &LCD7100::contextMenu);
+
+    connect(&m_renderer, &text_renderthread::renderedImage, this, &LCD7100::newTextReady,
+            Qt::QueuedConnection);
+    setFontFamily(QStringLiteral("Arial"));
+
+    connect(m_blinkTimer, &QTimer::timeout, this, &LCD7100::blinkCursor);
+    m_blinkTimer->start(blinkPeriodMs);
+}
+
+void LCD7100::setSize(int columns, int rows, int pixelWidth, int pixelHeight) {
+    m_columns = std::clamp(columns, 1, maxCells);
+    m_rows = std::clamp(rows, 1, maxCells);
+    m_attr.fill(0, qsizetype{m_columns} * m_rows);
+    m_text.resize(m_attr.size());
+    for (qsizetype i = 0; i < m_text.size(); ++i)
+        m_text[i] = static_cast<char>(i % 256);
+    m_renderer.setGrid(m_columns, m_rows);
+
+    m_graphWidth = std::clamp(pixelWidth, 1, maxGraphSide);
+    m_graphHeight = std::clamp(pixelHeight, 1, maxGraphSide);
+    m_graphics = QImage(m_graphWidth, m_graphHeight, QImage::Format_RGB32);
+    m_graphics.fill(backColor());
+}
+
+void LCD7100::setTextWait(const char* codes) {
+    setTextWait(std::string_view(codes, static_cast<std::size_t>(m_text.size())));
+}
+
+void LCD7100::setTextWait(std::string_view codes) {
+    fillCells(m_text, codes);
+}
+
+void LCD7100::setAttrWait(const char* attributes) {
+    setAttrWait(std::string_view(attributes, static_cast<std::size_t>(m_attr.size())));
+}
+
+void LCD7100::setAttrWait(std::string_view attributes) {
+    fillCells(m_attr, attributes);
+}
+
+void LCD7100::setCursorWait(int mode, int column, int row) {
+    m_cursor = {mode, column, row};
+}
+
+void LCD7100::redraw(bool force) {
+    if (m_textMode)
+        render(force);
+}
+
+void LCD7100::render(bool force) {
+    // In pixels of the device, so that text is sharp on every display.
+    const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    m_renderer.updateTextAndAttr(pixels, m_text, m_attr, force);
+}
+
+void LCD7100::setFullGraphics(const char* bits) {
+    setFullGraphics(GraphImage7100(m_graphWidth, m_graphHeight, bits));
+}
+
+void LCD7100::setFullGraphics(std::string_view bits) {
+    QVector<char> whole(GraphImage7100::packedSize(m_graphWidth, m_graphHeight));
+    fillCells(whole, bits);
+    setFullGraphics(whole.constData());
+}
+
+void LCD7100::setFullGraphics(GraphImage7100 picture) {
+    m_graphics = picture.toColor(m_colors.textColor(), m_colors.backgroundColor());
+    update();
+}
+
+void LCD7100::clearDisplay() {
+    setTextMode(true);
+    m_text.fill(' ');
+    m_attr.fill(0);
+    m_cursor = {};
+    render(false);
+}
+
+void LCD7100::ShowMessage(const QString& text) {
+    const qsizetype length = std::min(text.size(), m_text.size());
+    for (qsizetype i = 0; i < length; ++i)
+        m_text[i] = static_cast<char>(text.at(i).unicode() & 0xFF);
+    render(false);
+}
+
+void LCD7100::setDefaultColors() {
+    setColors(ColorTables::defaultText(), ColorTables::defaultBackground(),
+              ColorTables::defaultHighlight());
+}
+
+QByteArray LCD7100::getColors() const {
+    return m_colors.toBytes();
+}
+
+QColor LCD7100::backColor() const {
+    return m_colors.backgroundColor();
+}
+
+QString LCD7100::getFontFamily() const {
+    return font().family();
+}
+
+void LCD7100::setTextMode(bool on) {
+    if (on == m_textMode)
+        return;
+    m_textMode = on;
+    update();
+}
+
+void LCD7100::setGraphicsMode(bool /*on*/) {}
+
+void LCD7100::showFontEditor() {
+    bool accepted = false;
+    const QFont chosen = QFontDialog::getFont(&accepted, font(), this);
+    setFont(chosen);
+    m_renderer.setFont(chosen);
+    emit fontFamilyChanged(chosen.family());
+}
+
+void LCD7100::setColors(QColor text, QColor background, QColor highlight) {
+    m_colors = ColorTables(text, background, highlight);
+    m_renderer.setColors(text, background, highlight);
+}
+
+void LCD7100::setColorsFromDialog(QColor text, QColor background, QColor highlight) {
+    setColors(text, background, highlight);
+    emit colorChanged(getColors());
+}
+
+void LCD7100::setColors(QByteArray colors) {
+    const ColorTables read = ColorTables::fromBytes(colors);
+    setColors(read.textColor(), read.backgroundColor(), read.highlightColor());
+}
+
+void LCD7100::setFontFamily(QString family) {
+    const QFont chosen(family);
+    setFont(chosen);
+    m_renderer.setFont(chosen);
+}
+
+void LCD7100::contextMenu(QPoint /*position*/) {
+    m_menu->popup(QCursor::pos());
+}
+
+void LCD7100::blinkCursor() {
+    if (!m_textMode || m_cursor.mode == LCDTextCursor::Off)
+        return;
+    m_cursorShown = !m_cursorShown;
+    update(cursorArea(size(), m_columns, m_rows, m_cursor).toAlignedRect());
+}
+
+void LCD7100::newTextReady(QImage image) {
+    m_textPixmap = QPixmap::fromImage(std::move(image));
+    update();
+}
+
+void LCD7100::paintEvent(QPaintEvent* /*event*/) {
+    if (m_textPixmap.isNull())
+        return;
+    QPainter painter(this);
+    if (!m_textMode) {
+        painter.drawImage(rect(), m_graphics);
+        return;
+    }
+    painter.drawPixmap(rect(), m_textPixmap);
+    if (m_cursorShown)
+        paintCursor(painter, size(), m_cursor);
+}
+
+void LCD7100::paintCursor(QPainter& painter, const QSize& size, const LCDTextCursor& cursor) const {
+    painter.fillRect(cursorArea(size, m_columns, m_rows, cursor), Qt::darkGray);
+}
+
+void LCD7100::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    redraw(true);
+}
+
+void LCD7100::mousePressEvent(QMouseEvent* event) {
+    const bool clicked = event->button() == Qt::LeftButton || event->button() == Qt::RightButton;
+    const QPoint position = event->position().toPoint();
+    const int key = softKeyAt(size(), position.x(), position.y());
+    if (clicked && key >= 0) {
+        const Qt::KeyboardModifiers held = event->modifiers();
+        const int modifiers =
+            (held & Qt::ShiftModifier ? 1 : 0) | (held & Qt::MetaModifier ? 2 : 0);
+        emit MakeKey(static_cast<unsigned char>(key), static_cast<unsigned char>(modifiers));
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void LCD7100::focusInEvent(QFocusEvent* event) {
+    emit drawFocusRing(true);
+    QWidget::focusInEvent(event);
+}
+
+void LCD7100::focusOutEvent(QFocusEvent* event) {
+    emit drawFocusRing(false);
+    QWidget::focusOutEvent(event);
+}

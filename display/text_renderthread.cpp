@@ -1,0 +1,128 @@
+#include "text_renderthread.h"
+
+#include "AnnotatedWait.h"
+
+#include <QMutexLocker>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+QSize withinLimits(const QSize& size) {
+    const double width = size.width();
+    const double height = size.height();
+    const double scale =
+        std::min({1.0, text_renderthread::maxSide / width, text_renderthread::maxSide / height,
+                  std::sqrt(text_renderthread::maxPixels / (width * height))});
+    return {std::max(1, static_cast<int>(width * scale)),
+            std::max(1, static_cast<int>(height * scale))};
+}
+
+} // namespace
+
+text_renderthread::text_renderthread(QObject* parent)
+    : text_renderthread(defaultColumns, defaultRows, parent) {}
+
+text_renderthread::text_renderthread(int columns, int rows, QObject* parent) : QThread(parent) {
+    m_screen.columns = std::max(1, columns);
+    m_screen.rows = std::max(1, rows);
+}
+
+text_renderthread::~text_renderthread() {
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_abort = true;
+        m_restart = true;
+        m_condition.wakeOne();
+    }
+    wait();
+}
+
+void text_renderthread::updateTextAndAttr(const QSize& size, const QVector<char>& text,
+                                          const QVector<char>& attr, bool /*force*/) {
+    const QMutexLocker lock(&m_mutex);
+    m_requestedSize = size;
+    m_requestedText = text;
+    m_requestedAttr = attr;
+    m_restart = true;
+    if (isRunning())
+        m_condition.wakeOne();
+    else
+        start();
+}
+
+void text_renderthread::setFont(const QFont& font) {
+    const QMutexLocker lock(&m_mutex);
+    m_screen.font = font;
+    renderAgain();
+}
+
+void text_renderthread::setColors(QColor text, QColor background, QColor highlight) {
+    const QMutexLocker lock(&m_mutex);
+    m_screen.colors = ColorTables(text, background, highlight);
+    renderAgain();
+}
+
+void text_renderthread::setGrid(int columns, int rows) {
+    const QMutexLocker lock(&m_mutex);
+    m_screen.columns = std::max(1, columns);
+    m_screen.rows = std::max(1, rows);
+    m_screen.sizing = {};
+    renderAgain();
+}
+
+void text_renderthread::drawNow(QPainter& painter, const QSize& size) {
+    static const std::atomic<bool> never = false;
+    if (size.isEmpty())
+        return;
+    const QMutexLocker lock(&m_mutex);
+    m_screen.fitFont(size);
+    m_screen.paintText(painter, size, never);
+}
+
+/// With the mutex locked: has the last request rendered anew, if there has been one.
+void text_renderthread::renderAgain() {
+    if (!isRunning())
+        return;
+    m_restart = true;
+    m_condition.wakeOne();
+}
+
+void text_renderthread::run() {
+    while (auto request = nextRequest()) {
+        const QImage image = render(*request);
+        if (!m_restart && !image.isNull())
+            emit renderedImage(image);
+    }
+}
+
+/// Waits for the next thing to render; nothing when the thread is to end.
+std::optional<text_renderthread::Request> text_renderthread::nextRequest() {
+    const QMutexLocker lock(&m_mutex);
+    while (!m_restart)
+        annotatedWait(m_condition, m_mutex);
+    if (m_abort)
+        return std::nullopt;
+    m_restart = false;
+    m_screen.text = m_requestedText;
+    m_screen.attr = m_requestedAttr;
+    return Request{m_screen, m_requestedSize};
+}
+
+QImage text_renderthread::render(Request& request) {
+    if (request.size.isEmpty())
+        return {};
+    QImage image(withinLimits(request.size), QImage::Format_RGB32);
+    if (image.isNull())
+        return {};
+    request.screen.fitFont(image.size());
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_screen.sizing = request.screen.sizing;
+    }
+    QPainter painter(&image);
+    request.screen.paintText(painter, image.size(), m_restart);
+    return image;
+}
