@@ -1,0 +1,243 @@
+#include "ConnectionWidget.h"
+
+#include "BundleWalk.h"
+#include "ConnectGX7100.h"
+#include "NewConnection.h"
+#include "Packet.h"
+#include "ui_ConnectionWidget.h"
+
+#include <QCursor>
+#include <QIcon>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPointer>
+
+namespace {
+
+/// Room for the row of buttons below the display, and for the frame.
+constexpr int extraHeight = 32;
+constexpr int extraWidth = 4;
+
+constexpr int frameLine = 2;
+
+/// A byte of an item as a number; one that did not arrive counts as 0.
+int signedByte(std::string_view data, std::size_t index) {
+    return index < data.size() ? static_cast<signed char>(data[index]) : 0;
+}
+
+} // namespace
+
+ConnectionWidget::ConnectionWidget(QWidget* parent)
+    : QFrame(parent), m_form(std::make_unique<Ui_ConnectionWidget>()),
+      m_contextMenu(new QMenu(this)) {
+    m_form->setupUi(this);
+    LCD7100* display = m_form->theDisplay;
+    setMinimumSize(display->minimumWidth() + extraWidth, display->minimumHeight() + extraHeight);
+    // The frame's colour is this widget's window text; the name must not turn red with it.
+    m_form->nameLabel->setForegroundRole(QPalette::ButtonText);
+    m_form->killBtn->setIcon(QIcon(QStringLiteral(":/buttons/images/button_cancel.png")));
+    showConnectButton(QStringLiteral(":/buttons/images/Connect.png"), tr("Connect"));
+
+    connect(m_form->connectBtn, &QToolButton::clicked, this, &ConnectionWidget::doConnect);
+    connect(display, &LCD7100::MakeKey, this, &ConnectionWidget::displayKey);
+    connect(m_form->killBtn, &QToolButton::clicked, this, &ConnectionWidget::suicide);
+    connect(display, &LCD7100::fontFamilyChanged, this, &ConnectionWidget::fontFamilyChanged);
+    connect(display, &LCD7100::colorChanged, this, &ConnectionWidget::colorChanged);
+    setSendState(false);
+
+    m_contextMenu->addAction(tr("Open kbd comm to all"), this, &ConnectionWidget::startCommToAll);
+    m_contextMenu->addAction(tr("Close kbd comm to all"), this, &ConnectionWidget::stopCommToAll);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this, &ConnectionWidget::contextMenu);
+}
+
+ConnectionWidget::~ConnectionWidget() {
+    // A link that says goodbye while it is deleted must not find a half-destroyed tile.
+    if (m_link)
+        m_link->disconnect(this);
+}
+
+void ConnectionWidget::connectEther(const QString& label, const QString& host, ConnectGX7100* link,
+                                    const std::string& address, int interfaceIndex, int port) {
+    m_serial = false;
+    m_host = host;
+    m_screenLabel = label;
+    _connect(link);
+    m_link->Connect(address, interfaceIndex, port);
+    // An attempt under way already takes what is sent; the frame must say so.
+    setSendState(m_sendState);
+    showName();
+}
+
+void ConnectionWidget::_connect(ConnectGX7100* link) {
+    if (link == m_link.get())
+        return;
+    if (m_link) {
+        dropLink();
+        showDisconnected();
+    }
+    m_link.reset(link);
+    connect(link, &ConnectGX7100::connected, this, &ConnectionWidget::showConnected);
+    connect(link, &ConnectGX7100::disconnected, this, &ConnectionWidget::showDisconnected);
+    connect(link, &ConnectGX7100::signalFrom, this, &ConnectionWidget::incomingPacket);
+    setSendState(m_sendState);
+}
+
+bool ConnectionWidget::IsConnected() const {
+    return m_link && m_link->IsOpen();
+}
+
+void ConnectionWidget::Disconnect() {
+    if (m_link)
+        m_link->Disconnect();
+}
+
+void ConnectionWidget::setSendState(bool on) {
+    m_sendState = on;
+    if (on && !receivesKeys())
+        return;
+    setFrameStyle(on ? static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain)
+                     : static_cast<int>(QFrame::Panel) | static_cast<int>(QFrame::Raised));
+    setLineWidth(frameLine);
+    QPalette colors = palette();
+    colors.setBrush(QPalette::WindowText, on ? Qt::red : Qt::black);
+    setPalette(colors);
+}
+
+void ConnectionWidget::setColor(const QByteArray& colors) {
+    m_form->theDisplay->setColors(colors);
+}
+
+void ConnectionWidget::setFontFamily(const QString& family) {
+    m_form->theDisplay->setFontFamily(family);
+}
+
+void ConnectionWidget::doConnect() {
+    if (IsConnected()) {
+        m_link->Disconnect();
+        return;
+    }
+    dropLink();
+    // The tile, and the dialog with it, may be removed while the dialog is open.
+    const QPointer<NewConnection> dialog = new NewConnection(this);
+    dialog->setFor(m_serial, m_screenLabel, m_host);
+    const int result = dialog->exec();
+    if (!dialog)
+        return;
+    if (result == QDialog::Accepted)
+        dialog->makeConnection(this);
+    delete dialog;
+}
+
+void ConnectionWidget::suicide() {
+    emit killMe(this);
+}
+
+void ConnectionWidget::showConnected() {
+    showConnectButton(QStringLiteral(":/buttons/images/Disconnect.png"), tr("Disconnect"));
+    m_form->killBtn->hide();
+    setSendState(m_sendState);
+}
+
+void ConnectionWidget::showDisconnected() {
+    showConnectButton(QStringLiteral(":/buttons/images/Connect.png"), tr("Connect"));
+    m_form->theDisplay->clearDisplay();
+    setSendState(false);
+    m_form->killBtn->show();
+}
+
+void ConnectionWidget::incomingPacket(std::string packet) {
+    const auto view = packet::parse(packet);
+    if (!view)
+        return;
+    if (view->type == "CHAT")
+        emit incomingChat(nameText(), QString::fromLatin1(packet::untilNul(view->body)));
+    else if (view->type == "BNDL")
+        incomingBundle(view->body);
+}
+
+void ConnectionWidget::displayKey(unsigned char group, unsigned char key) {
+    keyPressed(static_cast<unsigned short>((group << 8U) + key));
+}
+
+void ConnectionWidget::keyPressed(unsigned short code) {
+    signalFor7100(ConnectGX7100::sendKey(code));
+}
+
+void ConnectionWidget::signalFor7100(std::string packet) {
+    if (receivesKeys())
+        m_link->slotTo(packet);
+}
+
+void ConnectionWidget::contextMenu(QPoint /*position*/) {
+    m_contextMenu->popup(QCursor::pos());
+}
+
+void ConnectionWidget::mousePressEvent(QMouseEvent* event) {
+    const bool onDisplay = m_form->theDisplay->geometry().contains(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && !onDisplay && IsConnected())
+        setSendState(!m_sendState);
+    else
+        QFrame::mousePressEvent(event);
+}
+
+bool ConnectionWidget::receivesKeys() const {
+    return m_sendState && IsConnected();
+}
+
+void ConnectionWidget::dropLink() {
+    if (!m_link)
+        return;
+    m_link->disconnect(this);
+    // It may be one of the link's own signals that led here.
+    m_link.release()->deleteLater();
+}
+
+QString ConnectionWidget::nameText() const {
+    return m_screenLabel.isEmpty() ? m_host : m_screenLabel + QLatin1Char('@') + m_host;
+}
+
+void ConnectionWidget::showName() {
+    m_form->nameLabel->setText(nameText());
+    // A long name is cut off in the tile; a tool tip would take a received name for markup.
+    m_form->nameLabel->setToolTip(QStringLiteral("<qt>%1</qt>").arg(nameText().toHtmlEscaped()));
+}
+
+void ConnectionWidget::showConnectButton(const QString& icon, const QString& toolTip) {
+    m_form->connectBtn->setIcon(QIcon(icon));
+    m_form->connectBtn->setToolTip(toolTip);
+}
+
+void ConnectionWidget::incomingBundle(std::string_view body) {
+    BundleWalk walk(body);
+    while (const auto item = walk.next())
+        if (!applyItem(*item))
+            return;
+    if (walk.atEnd())
+        m_form->theDisplay->redraw(false);
+}
+
+bool ConnectionWidget::applyItem(const BundleItem& item) {
+    LCD7100* display = m_form->theDisplay;
+    switch (item.code) {
+    case 'A':
+        display->setAttrWait(item.data);
+        return true;
+    case 'C':
+        return true;
+    case 'G':
+        display->setTextMode(false);
+        display->setFullGraphics(item.data);
+        return true;
+    case 'R':
+        display->setCursorWait(signedByte(item.data, 0), signedByte(item.data, 1),
+                               signedByte(item.data, 2));
+        return true;
+    case 'T':
+        display->setTextMode(true);
+        display->setTextWait(item.data);
+        return true;
+    default:
+        return false;
+    }
+}

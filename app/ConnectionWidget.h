@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QFrame>
+#include <QString>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+class ConnectGX7100;
+class QMenu;
+class Ui_ConnectionWidget;
+struct BundleItem;
+
+/// One tile of the group window: mirrors one instrument's screen, makes and drops the link to it,
+/// turns keys into packets and dispatches the packets that arrive. Owns its link and is the only
+/// object that talks to it; knows nothing of other tiles. GUI thread.
+///
+/// A tile whose frame is red receives the keys typed in the group window, and no other does: look
+/// and behaviour come from the same question, receivesKeys().
+class ConnectionWidget : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit ConnectionWidget(QWidget* parent = nullptr);
+    ~ConnectionWidget() override;
+
+    /// Takes a network link over and connects it. `host` is the instrument's name as shown,
+    /// `address` its numeric address, scoped by `interfaceIndex` where it is link-local.
+    void connectEther(const QString& label, const QString& host, ConnectGX7100* link,
+                      const std::string& address, int interfaceIndex, int port);
+    /// Takes a link over, and nothing else; a link the tile had before is deleted.
+    void _connect(ConnectGX7100* link);
+
+    bool IsConnected() const;
+    void Disconnect();
+
+    /// Whether the instrument is to receive typed keys. Without an open link the wish is kept, but
+    /// nothing is sent and the frame stays as it is.
+    void setSendState(bool on);
+    void setColor(const QByteArray& colors);
+    void setFontFamily(const QString& family);
+
+public slots:
+    /// The connect button: drops an open link, otherwise asks for the instrument to connect to.
+    void doConnect();
+    /// The kill button: asks the owner to remove this tile.
+    void suicide();
+    void showConnected();
+    void showDisconnected();
+    void incomingPacket(std::string packet);
+    void displayKey(unsigned char group, unsigned char key);
+    void keyPressed(unsigned short code);
+    /// Sends an instrument packet if this tile's instrument receives keys.
+    void signalFor7100(std::string packet);
+    void contextMenu(QPoint position);
+
+signals:
+    void killMe(ConnectionWidget* tile);
+    void incomingChat(const QString& from, const QString& text);
+    void colorChanged(QByteArray colors);
+    void fontFamilyChanged(QString family);
+    void startCommToAll();
+    void stopCommToAll();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    bool receivesKeys() const;
+    void dropLink();
+    QString nameText() const;
+    void showName();
+    void showConnectButton(const QString& icon, const QString& toolTip);
+    void incomingBundle(std::string_view body);
+    bool applyItem(const BundleItem& item);
+
+    std::unique_ptr<Ui_ConnectionWidget> m_form;
+    std::unique_ptr<ConnectGX7100> m_link;
+    bool m_sendState = false;
+    bool m_serial = false;
+    QString m_host;
+    QString m_screenLabel;
+    QMenu* m_contextMenu = nullptr;
+};

@@ -1,0 +1,277 @@
+#include "GroupWindow.h"
+
+#include "ConnectGX7100.h"
+#include "ConnectionWidget.h"
+#include "GridGeometry.h"
+#include "GroupPrefs.h"
+#include "GroupSettings.h"
+#include "KeyMap.h"
+#include "NewConnection.h"
+#include "ui_GroupWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+#include <QToolBar>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr QSize firstSize{450, 180};
+
+/// Milliseconds in which a new layout settles before the window follows it.
+constexpr int settleTime = 50;
+
+} // namespace
+
+GroupWindow::GroupWindow(QWidget* parent)
+    : QMainWindow(parent), m_form(std::make_unique<Ui_GroupWindow>()),
+      m_store(QStringLiteral("VESTRA"), QStringLiteral("group7100")) {
+    QApplication::setApplicationName(QStringLiteral("GX7100Group"));
+    QApplication::setApplicationVersion(QStringLiteral("2.1"));
+    QApplication::setOrganizationName(QStringLiteral("vestra"));
+    m_form->setupUi(this);
+    setWindowTitle(
+        tr("%1 %2").arg(QApplication::applicationName(), QApplication::applicationVersion()));
+    createActions();
+    createToolBar();
+    createMenus();
+    m_modifierLabel = new QLabel(this);
+    m_form->statusBar->addPermanentWidget(m_modifierLabel);
+
+    const GroupSettings settings = GroupSettings::load(m_store);
+    if (!restoreGeometry(settings.geometry))
+        resize(firstSize);
+    m_maxColumns = settings.maxColumns;
+    m_colors = settings.colors;
+    m_fontFamily = settings.fontFamily;
+    for (int i = 0; i < settings.count; ++i)
+        addEmptyConnection(false);
+}
+
+GroupWindow::~GroupWindow() = default;
+
+void GroupWindow::createActions() {
+    m_quitAction = new QAction(tr("Quit"), this);
+    m_quitAction->setShortcut(QKeySequence(QStringLiteral("ctrl+Q")));
+    m_quitAction->setStatusTip(tr("Exit the application"));
+    connect(m_quitAction, &QAction::triggered, this, &QWidget::close);
+
+    m_addAction = new QAction(QIcon(QStringLiteral(":/buttons/images/edit_add.png")),
+                              tr("Add connection"), this);
+    m_addAction->setShortcut(QKeySequence(QStringLiteral("ctrl+P")));
+    m_addAction->setStatusTip(tr("Add a connection"));
+    connect(m_addAction, &QAction::triggered, this, &GroupWindow::newConnection);
+}
+
+void GroupWindow::createToolBar() {
+    auto* toolBar = addToolBar(tr("Main tool bar"));
+    toolBar->setObjectName(QStringLiteral("mainToolBar"));
+    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    toolBar->setMovable(false);
+    // Nothing brings a hidden tool bar back.
+    toolBar->setContextMenuPolicy(Qt::PreventContextMenu);
+    toolBar->addAction(m_addAction);
+}
+
+void GroupWindow::createMenus() {
+    QMenu* file = m_form->menuBar->addMenu(tr("&File"));
+    file->addAction(tr("Preferences"), this, &GroupWindow::showPrefs);
+    file->addSeparator();
+    file->addAction(m_quitAction);
+    QMenu* help = m_form->menuBar->addMenu(tr("&Help"));
+    help->addAction(tr("About"), this, &GroupWindow::doAbout);
+}
+
+void GroupWindow::addEmptyConnection(bool grow) {
+    const int tilesBefore = static_cast<int>(m_tiles.size());
+    auto* tile = new ConnectionWidget(m_form->centralWidget);
+    place(tile, tilesBefore);
+    if (grow)
+        resizeTo(grid::grown(geometry(), tilesBefore, m_maxColumns));
+    tile->show();
+    tile->setColor(m_colors);
+    tile->setFontFamily(m_fontFamily);
+    connect(this, &GroupWindow::keyPressed, tile, &ConnectionWidget::keyPressed);
+    connect(tile, &ConnectionWidget::killMe, this, &GroupWindow::removalRequest);
+    connect(this, &GroupWindow::signalFor7100, tile, &ConnectionWidget::signalFor7100);
+    connect(tile, &ConnectionWidget::colorChanged, this, &GroupWindow::colorChanged);
+    connect(tile, &ConnectionWidget::fontFamilyChanged, this, &GroupWindow::fontFamilyChanged);
+    connect(tile, &ConnectionWidget::startCommToAll, this, &GroupWindow::startCommToAll);
+    connect(tile, &ConnectionWidget::stopCommToAll, this, &GroupWindow::stopCommToAll);
+    m_tiles.append(tile);
+}
+
+void GroupWindow::newConnection() {
+    NewConnection dialog(this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    addEmptyConnection(true);
+    dialog.makeConnection(m_tiles.last());
+}
+
+void GroupWindow::removalRequest(ConnectionWidget* tile) {
+    if (!m_tiles.removeOne(tile))
+        return;
+    disconnect(tile);
+    tile->disconnect(this);
+    m_form->gridLayout->removeWidget(tile);
+    for (ConnectionWidget* other : std::as_const(m_tiles))
+        m_form->gridLayout->removeWidget(other);
+    // Its own button's click may have led here.
+    tile->hide();
+    tile->setParent(nullptr);
+    tile->deleteLater();
+    rebuild();
+}
+
+void GroupWindow::rebuild() {
+    const int tiles = static_cast<int>(m_tiles.size());
+    for (int i = 0; i < tiles; ++i)
+        place(m_tiles[i], i);
+    const QGridLayout* layout = m_form->gridLayout;
+    m_targetGeometry =
+        grid::rebuilt(geometry().topLeft(), layout->cellRect(0, 0).size(),
+                      layout->horizontalSpacing(), layout->verticalSpacing(), tiles, m_maxColumns);
+    QTimer::singleShot(settleTime, this, &GroupWindow::jj);
+}
+
+void GroupWindow::startCommToAll() {
+    setSendStateOfConnected(true);
+}
+
+void GroupWindow::stopCommToAll() {
+    setSendStateOfConnected(false);
+}
+
+void GroupWindow::setSendStateOfConnected(bool on) {
+    for (ConnectionWidget* tile : std::as_const(m_tiles))
+        if (tile->IsConnected())
+            tile->setSendState(on);
+}
+
+void GroupWindow::colorChanged(QByteArray colors) {
+    m_colors = colors;
+    for (ConnectionWidget* tile : std::as_const(m_tiles))
+        tile->setColor(m_colors);
+}
+
+void GroupWindow::fontFamilyChanged(QString family) {
+    m_fontFamily = family;
+    for (ConnectionWidget* tile : std::as_const(m_tiles))
+        tile->setFontFamily(m_fontFamily);
+}
+
+void GroupWindow::outgoingChat(const QString& text) {
+    emit signalFor7100(ConnectGX7100::sendChat(text));
+}
+
+void GroupWindow::nonAsciiKey(unsigned char group, unsigned char key) {
+    emit keyPressed(static_cast<unsigned short>((group << 8U) + key));
+}
+
+void GroupWindow::showPrefs() {
+    GroupPrefs dialog;
+    dialog.setMaxCols(m_maxColumns);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    m_maxColumns = dialog.maxCols();
+    rebuild();
+}
+
+void GroupWindow::doAbout() {
+    QMessageBox::about(
+        this, tr("About GX7100Group"),
+        tr("<h3>GX7100Group %1</h3>").arg(QApplication::applicationVersion()) +
+            tr("<p>Watch and drive many GX-7100 field instruments at once.</p>"
+               "<p>A tile with a red frame receives the keys you type. Click beside its screen "
+               "to switch the frame on or off.</p>"));
+}
+
+void GroupWindow::jj() {
+    resizeTo(m_targetGeometry);
+}
+
+void GroupWindow::keyPressEvent(QKeyEvent* event) {
+    if (takeModifierKey(*event))
+        return;
+    const auto code = keymap::codeFor(event->key(), event->modifiers(), event->text());
+    if (code)
+        emit keyPressed(*code);
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+void GroupWindow::keyReleaseEvent(QKeyEvent* event) {
+    if (!takeModifierKey(*event))
+        QMainWindow::keyReleaseEvent(event);
+}
+
+void GroupWindow::closeEvent(QCloseEvent* event) {
+    if (!mayClose()) {
+        event->ignore();
+        return;
+    }
+    const GroupSettings settings{.geometry = saveGeometry(),
+                                 .maxColumns = m_maxColumns,
+                                 .count = static_cast<int>(m_tiles.size()),
+                                 .colors = m_colors,
+                                 .fontFamily = m_fontFamily};
+    settings.save(m_store);
+    event->accept();
+}
+
+bool GroupWindow::focusNextPrevChild(bool /*next*/) {
+    return false;
+}
+
+void GroupWindow::place(ConnectionWidget* tile, int index) {
+    const grid::Cell cell = grid::cellAt(index, m_maxColumns);
+    m_form->gridLayout->addWidget(tile, cell.row, cell.column);
+}
+
+void GroupWindow::resizeTo(const QRect& target) {
+    // A window that fills the screen stays as the operator put it.
+    if (!isMaximized() && !isFullScreen())
+        setGeometry(target);
+}
+
+bool GroupWindow::takeModifierKey(const QKeyEvent& event) {
+    if (event.key() != Qt::Key_Shift && event.key() != Qt::Key_Meta)
+        return false;
+    // The event's own modifiers may be those of the moment before.
+    const auto held = [&event](Qt::Key key, Qt::KeyboardModifier modifier) {
+        return event.key() == key ? event.type() == QEvent::KeyPress
+                                  : event.modifiers().testFlag(modifier);
+    };
+    const bool shift = held(Qt::Key_Shift, Qt::ShiftModifier);
+    const bool ctrl = held(Qt::Key_Meta, Qt::MetaModifier);
+    emit shiftCtrlStateChange(shift, ctrl);
+    showModState(shift, ctrl);
+    return true;
+}
+
+void GroupWindow::showModState(bool shift, bool ctrl) {
+    m_modifierLabel->setText((shift ? tr("Shift ") : QString()) + (ctrl ? tr(" Ctrl") : QString()));
+}
+
+bool GroupWindow::mayClose() {
+    const auto connected = [](const ConnectionWidget* tile) { return tile->IsConnected(); };
+    if (std::ranges::none_of(m_tiles, connected))
+        return true;
+    const auto answer =
+        QMessageBox::question(this, QApplication::applicationName(), tr("Disconnect and quit?"),
+                              QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Yes);
+    if (answer != QMessageBox::Yes)
+        return false;
+    for (ConnectionWidget* tile : std::as_const(m_tiles))
+        if (tile->IsConnected())
+            tile->Disconnect();
+    return true;
+}

@@ -1,0 +1,18 @@
+#include "ApplicationIcon.h"
+#include "GroupWindow.h"
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+#ifdef Q_OS_LINUX
+    // Before anything asks for instruments: the daemon's library would greet us with a warning.
+    qputenv("AVAHI_COMPAT_NOWARN", "1");
+#endif
+    const QApplication application(argc, argv);
+    Q_INIT_RESOURCE(group);
+    Q_INIT_RESOURCE(console);
+    QApplication::setWindowIcon(applicationIcon());
+    GroupWindow window;
+    window.show();
+    return QApplication::exec();
+}
