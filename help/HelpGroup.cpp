@@ -1,0 +1,123 @@
+#include "HelpGroup.h"
+
+#include "HelpLinks.h"
+#include "NewsUpdater.h"
+#include "PlatformTag.h"
+#include "UpdateWindow.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMessageBox>
+#include <QStandardPaths>
+#include <QStringDecoder>
+#include <QTextBrowser>
+
+namespace {
+
+constexpr qint64 maxNewsSize = qint64{4} << 20;
+
+/// The page in a local file as text; empty when there is none.
+QString readPage(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray page = file.read(maxNewsSize);
+    return QStringDecoder::decoderForHtml(page).decode(page);
+}
+
+} // namespace
+
+HelpGroup::HelpGroup(QMainWindow* mainWindow, QObject* parent)
+    : QObject(parent), m_mainWindow(mainWindow),
+      m_newsFolder(QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
+                   QStringLiteral("/com.vestra.7100")) {}
+
+HelpGroup::~HelpGroup() = default;
+
+void HelpGroup::buildHelpMenu(QMenu* menu) {
+    const QString application = QCoreApplication::applicationName();
+    menu->addAction(tr("About Qt"), this, &HelpGroup::doAboutQt);
+    menu->addAction(tr("User Guide for %1").arg(application), this, &HelpGroup::showUserGuide);
+    menu->addAction(tr("GX-7100 Manual, ver 6.2"), this, &HelpGroup::show7100Manual);
+    menu->addAction(tr("Visit the VESTRA web site"), this, &HelpGroup::gotovestra);
+    menu->addAction(tr("Check for Software updates"), this, &HelpGroup::checkForUpdates);
+    menu->addAction(tr("Latest GX-7100 news"), this, &HelpGroup::checkForNews);
+}
+
+void HelpGroup::setTagAndVer(const QString& tag, const QString& version) {
+    m_tag = tag;
+    m_version = version;
+}
+
+QString HelpGroup::getLocalResource(const QString& name) {
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../../../") +
+                           name);
+}
+
+void HelpGroup::openLocal(const QString& name) {
+    const QByteArray path = QUrl::toPercentEncoding(getLocalResource(name), "/:");
+    QDesktopServices::openUrl(QUrl(QStringLiteral("file:///") + QString::fromLatin1(path)));
+}
+
+void HelpGroup::doAboutQt() {
+    QMessageBox::aboutQt(m_mainWindow);
+}
+
+void HelpGroup::showUserGuide() {
+    openLocal(QStringLiteral("%1_UserGuide.pdf").arg(QCoreApplication::applicationName()));
+}
+
+void HelpGroup::show7100Manual() {
+    openLocal(QStringLiteral("Using_the_GX-7100E-v6.2.pdf"));
+}
+
+void HelpGroup::gotovestra() {
+    QDesktopServices::openUrl(QUrl(webSite));
+}
+
+void HelpGroup::checkForUpdates() {
+    UpdateWindow window(downloadSource, m_tag, m_version, m_mainWindow);
+    window.exec();
+    if (window.installStarted())
+        m_mainWindow->close();
+}
+
+void HelpGroup::queryNews() {
+    setTagAndVer(platformTag(), QStringLiteral("2013.2"));
+    const QDir folder(m_newsFolder);
+    if (!folder.exists() && !QDir().mkpath(m_newsFolder))
+        return;
+    m_newsFile = folder.absolutePath() + QStringLiteral("/summary.html");
+    m_updater = std::make_unique<NewsUpdater>(newsSource, m_newsFile, nullptr);
+    connect(m_updater.get(), qOverload<int>(&NewsUpdater::finished), this, &HelpGroup::testnews);
+    m_updater->start(QThread::InheritPriority);
+}
+
+void HelpGroup::testnews(int changed) {
+    if (changed != 0)
+        checkForNews();
+}
+
+void HelpGroup::checkForNews() {
+    if (!m_newsBrowser) {
+        m_newsBrowser = std::make_unique<QTextBrowser>();
+        m_newsBrowser->setWindowTitle(tr("Latest GX-7100 News from VESTRA"));
+        m_newsBrowser->setSearchPaths({m_newsFile});
+        m_newsBrowser->setOpenLinks(false);
+        connect(m_newsBrowser.get(), &QTextBrowser::anchorClicked, this,
+                &HelpGroup::checkNewsAnchors);
+    }
+    m_newsBrowser->setHtml(readPage(m_newsFile));
+    m_newsBrowser->resize(500, 300);
+    m_newsBrowser->show();
+}
+
+void HelpGroup::checkNewsAnchors(const QUrl& url) {
+    // The page comes from outside: it may send the operator to the web, not to local files.
+    if (web::mayBeAsked(url) || url.scheme() == QLatin1String("mailto"))
+        QDesktopServices::openUrl(url);
+}

@@ -1,0 +1,61 @@
+#include "NewsUpdater.h"
+
+#include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSaveFile>
+#include <QTimer>
+
+namespace {
+
+/// Far above any real news page.
+constexpr qint64 maxPageSize = qint64{4} << 20;
+
+/// What every real news page holds, and an error page of some server between does not.
+constexpr auto mark = "GX-7100";
+
+bool store(const QString& path, const QByteArray& page) {
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.commit();
+}
+
+} // namespace
+
+NewsUpdater::NewsUpdater(const QString& url, const QString& localFile, QObject* parent,
+                         std::chrono::milliseconds pause, std::chrono::milliseconds patience)
+    : QThread(parent), m_url(url), m_localFile(localFile), m_pause(pause), m_patience(patience) {}
+
+NewsUpdater::~NewsUpdater() {
+    requestInterruption();
+    quit();
+    wait();
+}
+
+void NewsUpdater::run() {
+    const QUrl address(m_url);
+    if (web::mayBeAsked(address)) {
+        QNetworkAccessManager manager;
+        connect(&manager, &QNetworkAccessManager::finished, this, &NewsUpdater::handleNetworkData);
+        web::limitSize(manager.get(web::request(address, m_patience)), maxPageSize);
+        exec();
+    }
+    if (m_changed && !isInterruptionRequested()) {
+        QTimer pause;
+        pause.setSingleShot(true);
+        connect(&pause, &QTimer::timeout, &pause, [] { QThread::currentThread()->quit(); });
+        pause.start(m_pause);
+        exec();
+    }
+    emit finished(m_changed ? 1 : 0);
+}
+
+void NewsUpdater::handleNetworkData(QNetworkReply* reply) {
+    if (reply->error() == QNetworkReply::NoError) {
+        const QByteArray page = reply->readAll();
+        // The size is the only test: a page edited to exactly the old size counts as the old one.
+        if (QFileInfo(m_localFile).size() != page.size() && page.contains(mark))
+            m_changed = store(m_localFile, page);
+    }
+    reply->deleteLater();
+    exit(0);
+}

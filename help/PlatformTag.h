@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// The tag under which the release index lists the installers for the platform this runs on.
+QString platformTag();

@@ -1,0 +1,26 @@
+#include "WebRequest.h"
+
+#include <QNetworkReply>
+
+namespace web {
+
+bool mayBeAsked(const QUrl& address) {
+    return address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+}
+
+QNetworkRequest request(const QUrl& address, std::chrono::milliseconds patience) {
+    QNetworkRequest request(address);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setTransferTimeout(static_cast<int>(patience.count()));
+    return request;
+}
+
+void limitSize(QNetworkReply* reply, qint64 bytes) {
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply, bytes] {
+        if (reply->bytesAvailable() > bytes)
+            reply->abort();
+    });
+}
+
+} // namespace web
