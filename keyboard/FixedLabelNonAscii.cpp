@@ -1,0 +1,7 @@
+#include "FixedLabelNonAscii.h"
+
+void FixedLabelNonAscii::relabel(unsigned char /*state*/) {}
+
+QString FixedLabelNonAscii::label(unsigned char /*state*/) const {
+    return text();
+}
