@@ -26,7 +26,7 @@ start_display() {
   started+=("$!")
   wait_for 30 test -s "$folder/display"
   export DISPLAY=:$(cat "$folder/display")
-  openbox 2>/dev/null &
+  openbox >/dev/null 2>&1 &
   started+=("$!")
   wait_for 30 eval "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q '#'"
 }

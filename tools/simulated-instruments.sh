@@ -4,12 +4,12 @@
 bin=build/release/bin
 started=()
 
-# Ends only what was started here.
+# Ends only what was started here, the latest first: a program goes before its display.
 end_started() {
-  local pid
-  for pid in "${started[@]}"; do
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
+  local i
+  for ((i = ${#started[@]} - 1; i >= 0; i--)); do
+    kill "${started[i]}" 2>/dev/null || true
+    wait "${started[i]}" 2>/dev/null || true
   done
 }
 
