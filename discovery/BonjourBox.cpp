@@ -1,9 +1,14 @@
 #include "BonjourBox.h"
 
+#include "TypedText.h"
+
+#include <QAbstractItemView>
 #include <QIcon>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <algorithm>
 #include <iostream>
+#include <optional>
 
 namespace {
 
@@ -29,6 +34,7 @@ BonjourBox::BonjourBox(QWidget* parent)
     : QComboBox(parent), m_lastRowLabel(tr("Other...")), m_client(this) {
     setEditable(false);
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(this, &QComboBox::activated, this, [this] { m_isOperatorsChoice = true; });
 }
 
 BonjourBox::BonjourBox(const QString& regtype, const QString& domain, QWidget* parent)
@@ -42,6 +48,8 @@ void BonjourBox::start(const QString& regtype, const QString& domain) {
     connect(this, &QComboBox::activated, this, &BonjourBox::checkEditable);
     m_lastRowLabel = tr("Other...");
     setEditable(true);
+    // An address is taken as typed: nothing may be completed to a longer one behind it.
+    setCompleter(nullptr);
     setMaxVisibleItems(visibleRows);
     setInsertPolicy(QComboBox::NoInsert);
     m_regtype = regtype;
@@ -53,7 +61,25 @@ void BonjourBox::start(const QString& regtype, const QString& domain) {
 void BonjourBox::setDefault(const QString& name) {
     m_defaultName = name;
     if (!name.isEmpty())
-        InfoChanged();
+        rebuild(true);
+}
+
+bool BonjourBox::isTyping() const {
+    return lineEdit() != nullptr && lineEdit()->isModified();
+}
+
+BonjourBox::RowKey BonjourBox::keyOf(int row) const {
+    return {isLastRow(row), itemText(row)};
+}
+
+int BonjourBox::rowOf(const RowKey& key) const {
+    if (key.isLastRow)
+        return count() - 1;
+    for (int row = 0; row < static_cast<int>(m_instruments.size()); ++row) {
+        if (itemText(row) == key.text)
+            return row;
+    }
+    return -1;
 }
 
 bool BonjourBox::isLastRow(int row) const {
@@ -128,27 +154,61 @@ void BonjourBox::mousePressEvent(QMouseEvent* event) {
 }
 
 void BonjourBox::InfoChanged() {
+    rebuild(m_isOperatorsChoice || isTyping());
+}
+
+void BonjourBox::rebuild(bool keepsCurrentRow) {
     if (!isEnabled()) {
         m_isRefreshPending = true;
         return;
     }
     m_isRefreshPending = false;
+
+    const bool isOpen = view()->isVisible();
+    const RowKey highlighted = keyOf(view()->currentIndex().row());
+    const RowKey current = keyOf(currentIndex());
+    std::optional<TypedText> typed;
+    if (isTyping())
+        typed.emplace(*lineEdit());
+
     clear();
     fillRows();
-    const int defaultRow = m_defaultName.isEmpty()
-                               ? -1
-                               : findText(m_defaultName, Qt::MatchExactly | Qt::MatchCaseSensitive);
+
+    selectRow(keepsCurrentRow ? rowOf(current) : -1, typed, current.isLastRow);
+    if (isOpen)
+        reopen(rowOf(highlighted));
+}
+
+void BonjourBox::selectRow(int keptRow, const std::optional<TypedText>& typed,
+                           bool wasTypedIntoLastRow) {
+    const int defaultRow = m_defaultName.isEmpty() ? -1 : findText(m_defaultName);
+    if (defaultRow < 0 && keptRow >= 0) {
+        setCurrentIndex(keptRow);
+        if (typed)
+            typed->restore(*lineEdit());
+        return;
+    }
+    m_isOperatorsChoice = false;
     if (defaultRow >= 0)
         setCurrentIndex(defaultRow);
-    else if (m_instruments.empty())
-        setCurrentIndex(count() - 1);
+    if (typed && wasTypedIntoLastRow && !typed->text().isEmpty()) {
+        m_lastRowLabel = typed->text();
+        setItemText(count() - 1, m_lastRowLabel);
+    }
+}
+
+void BonjourBox::reopen(int highlightedRow) {
+    // Once more, for a drop-down that fits the rows there are now.
+    showPopup();
+    if (highlightedRow >= 0)
+        view()->setCurrentIndex(model()->index(highlightedRow, modelColumn(), rootModelIndex()));
 }
 
 void BonjourBox::fillRows() {
     const auto add = [this](const QString& label, const QString& host, const QString& address,
                             int scope, int port) {
+        const int row = count();
         addItem(QIcon(), label, host);
-        const int row = count() - 1;
         setItemData(row, address, addressRole);
         setItemData(row, scope, scopeRole);
         setItemData(row, port, portRole);
@@ -160,6 +220,7 @@ void BonjourBox::fillRows() {
         add(QString::fromStdString(each.name), QString::fromStdString(each.host),
             QString::fromStdString(address), scope, port);
     }
-    insertSeparator(count());
-    add(m_lastRowLabel, QString(""), QString(""), 0, typedAddressPort);
+    // Before the separator, so that without any instrument this row, not the line, is current.
+    add(m_lastRowLabel, QStringLiteral(""), QStringLiteral(""), 0, typedAddressPort);
+    insertSeparator(count() - 1);
 }

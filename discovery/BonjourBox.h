@@ -6,17 +6,20 @@
 #include <QComboBox>
 #include <list>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
+
+class TypedText;
 
 /// The drop-down list of the instruments on the local network, with a last row to type an address
 /// into. The connection dialog starts it, may name an instrument to preselect, and asks it for the
 /// address in the end. One row an instrument, whatever the number of its addresses; what an
 /// instrument announces about itself is shown as plain text.
 ///
-/// Every change rebuilds the list. The first row then is current again, or the default instrument
-/// when that is listed; otherwise what the operator has chosen or is typing stays. A disabled box
-/// is rebuilt at the first mouse press after it was enabled. GUI thread.
+/// Every change rebuilds the list. The default instrument is current then, when it is listed;
+/// otherwise what the operator has picked or is typing stays; otherwise the first row is current.
+/// A disabled box is rebuilt at the first mouse press after it was enabled. GUI thread.
 class BonjourBox : public QComboBox, public BonjourClientListener {
     Q_OBJECT
 
@@ -83,15 +86,30 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    /// What a row stays known by when the list is rebuilt.
+    struct RowKey {
+        bool isLastRow;
+        QString text;
+    };
+
     void InfoChanged();
+    void rebuild(bool keepsCurrentRow);
     void fillRows();
+    void selectRow(int keptRow, const std::optional<TypedText>& typed, bool wasTypedIntoLastRow);
+    void reopen(int highlightedRow);
+    bool isTyping() const;
     bool isLastRow(int row) const;
+    RowKey keyOf(int row) const;
+    /// -1 when there is no such row any more.
+    int rowOf(const RowKey& key) const;
 
     QString m_regtype;
     QString m_domain;
     QString m_lastRowLabel;
     QString m_defaultName;
     bool m_isRefreshPending = false;
+    /// The current row is one that the operator picked.
+    bool m_isOperatorsChoice = false;
     std::list<InstInfo> m_instruments;
     BonjourClient m_client;
 };
