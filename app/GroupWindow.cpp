@@ -5,6 +5,7 @@
 #include "GridGeometry.h"
 #include "GroupPrefs.h"
 #include "GroupSettings.h"
+#include "HelpGroup.h"
 #include "KeyMap.h"
 #include "NewConnection.h"
 #include "ui_GroupWindow.h"
@@ -32,6 +33,7 @@ constexpr int settleTime = 50;
 
 GroupWindow::GroupWindow(QWidget* parent)
     : QMainWindow(parent), m_form(std::make_unique<Ui_GroupWindow>()),
+      m_help(new HelpGroup(this, this)),
       m_store(QStringLiteral("VESTRA"), QStringLiteral("group7100")) {
     QApplication::setApplicationName(QStringLiteral("GX7100Group"));
     QApplication::setApplicationVersion(QStringLiteral("2.1"));
@@ -53,6 +55,7 @@ GroupWindow::GroupWindow(QWidget* parent)
     m_fontFamily = settings.fontFamily;
     for (int i = 0; i < settings.count; ++i)
         addEmptyConnection(false);
+    m_help->queryNews();
 }
 
 GroupWindow::~GroupWindow() = default;
@@ -87,6 +90,7 @@ void GroupWindow::createMenus() {
     file->addAction(m_quitAction);
     QMenu* help = m_form->menuBar->addMenu(tr("&Help"));
     help->addAction(tr("About"), this, &GroupWindow::doAbout);
+    m_help->buildHelpMenu(help);
 }
 
 void GroupWindow::addEmptyConnection(bool grow) {

@@ -9,6 +9,7 @@
 #include <string>
 
 class ConnectionWidget;
+class HelpGroup;
 class QLabel;
 class Ui_GroupWindow;
 
@@ -69,6 +70,7 @@ private:
     bool mayClose();
 
     std::unique_ptr<Ui_GroupWindow> m_form;
+    HelpGroup* m_help;
     int m_maxColumns = 2;
     QSettings m_store;
     QByteArray m_colors;

@@ -12,6 +12,8 @@ int main(int argc, char** argv) {
     Q_INIT_RESOURCE(group);
     Q_INIT_RESOURCE(console);
     QApplication::setWindowIcon(applicationIcon());
+    // The desktop finds name and icon of a window by the name of its entry.
+    QApplication::setDesktopFileName(QStringLiteral("com.vestra.GX7100Group"));
     GroupWindow window;
     window.show();
     return QApplication::exec();

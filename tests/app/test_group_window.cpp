@@ -3,6 +3,8 @@
 #include "Frame.h"
 #include "GroupPrefs.h"
 #include "GroupWindow.h"
+#include "HelpLinks.h"
+#include "HttpServer.h"
 #include "LCD7100.h"
 #include "ModalDialog.h"
 #include "NewConnection.h"
@@ -71,13 +73,18 @@ class TestGroupWindow : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { Q_INIT_RESOURCE(group); }
+    void initTestCase() {
+        Q_INIT_RESOURCE(group);
+        // A window that starts asks for news: here there is nobody to ask.
+        newsSource.clear();
+    }
     void init() { m_store.clear(); }
     void firstStart();
     void identity();
     void menusAndActions();
     void toolBarHoldsAddConnection();
     void aboutBox();
+    void newsAreAskedForOnce();
     void storedTilesStandInRows();
     void damagedStore_data();
     void damagedStore();
@@ -152,7 +159,16 @@ void TestGroupWindow::menusAndActions() {
     QCOMPARE(menus[0]->menu()->actions().first()->text(), QStringLiteral("Preferences"));
     QCOMPARE(menus[0]->menu()->actions().last()->text(), QStringLiteral("Quit"));
     QCOMPARE(menus[1]->text(), QStringLiteral("&Help"));
-    QVERIFY(window.action(QStringLiteral("About")));
+    QStringList help;
+    for (const QAction* action : menus[1]->menu()->actions())
+        if (!action->isSeparator())
+            help.append(action->text());
+    QCOMPARE(help, (QStringList{QStringLiteral("About"), QStringLiteral("About Qt"),
+                                QStringLiteral("User Guide for GX7100Group"),
+                                QStringLiteral("GX-7100 Manual, ver 6.2"),
+                                QStringLiteral("Visit the VESTRA web site"),
+                                QStringLiteral("Check for Software updates"),
+                                QStringLiteral("Latest GX-7100 news")}));
 
     const auto* quit = window.action(QStringLiteral("Quit"));
     QCOMPARE(quit->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -185,6 +201,17 @@ void TestGroupWindow::aboutBox() {
     QVERIFY(box.answered());
     QCOMPARE(title, QStringLiteral("About GX7100Group"));
     QVERIFY(text.startsWith(QStringLiteral("<h3>GX7100Group 2.1</h3>")));
+}
+
+void TestGroupWindow::newsAreAskedForOnce() {
+    HttpServer server;
+    newsSource = server.url(QStringLiteral("/news"));
+    {
+        const Window window;
+        QTRY_COMPARE_WITH_TIMEOUT(server.requests(), QList<QByteArray>{"/news"}, patience);
+    }
+    newsSource.clear();
+    QCOMPARE(server.requests().size(), 1);
 }
 
 void TestGroupWindow::storedTilesStandInRows() {
