@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr std::chrono::milliseconds acceptPause(500);
+
 std::chrono::milliseconds periodOf(double perSecond) {
     constexpr double millisecondsPerSecond = 1000;
     return std::chrono::milliseconds(std::max(std::lround(millisecondsPerSecond / perSecond), 1L));
@@ -26,6 +28,9 @@ FaultChain chainOf(const std::vector<std::string>& names) {
 SimulatorServer::SimulatorServer(SimulatorSettings settings, QObject* parent)
     : QObject(parent), m_settings(std::move(settings)) {
     connect(&m_server, &QTcpServer::newConnection, this, &SimulatorServer::acceptPending);
+    // Out of file descriptors, the server gives up accepting; closed connections free some.
+    connect(&m_server, &QTcpServer::acceptError, this,
+            [this] { QTimer::singleShot(acceptPause, &m_server, &QTcpServer::resumeAccepting); });
     if (m_settings.updatesPerSecond > 0) {
         const std::chrono::milliseconds period = periodOf(m_settings.updatesPerSecond);
         m_timer.setTimerType(Qt::PreciseTimer);
@@ -72,6 +77,11 @@ InstrumentScreen SimulatorServer::screen(int connection) const {
     return session ? session->instrument().screen() : InstrumentScreen();
 }
 
+qint64 SimulatorServer::backlog(int connection) const {
+    const InstrumentSession* session = find(connection);
+    return session ? session->transport().backlog() : 0;
+}
+
 void SimulatorServer::drop(int connection) {
     if (InstrumentSession* session = find(connection))
         session->close();
@@ -92,7 +102,7 @@ void SimulatorServer::tick(std::chrono::milliseconds elapsed) {
 
 void SimulatorServer::acceptPending() {
     while (QTcpSocket* socket = m_server.nextPendingConnection()) {
-        if (connectionCount() < mostConnections) {
+        if (connectionCount() < m_settings.mostConnections) {
             open(socket);
         } else {
             socket->abort();

@@ -20,6 +20,8 @@ struct SimulatorSettings {
     double updatesPerSecond = 4;
     /// What is wrong with every connection: names out of faultKinds().
     std::vector<std::string> faults;
+    /// More connections at once than this are closed as they arrive.
+    int mostConnections = 500;
 };
 
 /// Simulated instruments on a TCP port: every connection is an instrument of its own, numbered
@@ -30,9 +32,6 @@ class SimulatorServer : public QObject {
     Q_OBJECT
 
 public:
-    /// More connections at once than this are closed as they arrive.
-    static constexpr int mostConnections = 500;
-
     explicit SimulatorServer(SimulatorSettings settings, QObject* parent = nullptr);
     ~SimulatorServer() override;
 
@@ -56,6 +55,9 @@ public:
 
     /// What the instrument of an open connection shows; an empty screen for any other.
     InstrumentScreen screen(int connection) const;
+
+    /// Bytes that wait because the operator of an open connection does not take them.
+    qint64 backlog(int connection) const;
 
     /// Breaks one connection off, as if its instrument were switched off.
     void drop(int connection);

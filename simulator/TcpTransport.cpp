@@ -36,10 +36,14 @@ TcpTransport::TcpTransport(QTcpSocket* socket, FaultChain faults, QObject* paren
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(m_socket, &QTcpSocket::readyRead, this, &TcpTransport::readAvailable);
     connect(m_socket, &QTcpSocket::disconnected, this, &TcpTransport::reportClosed);
-    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
-        emit drained();
-        readAvailable();
-    });
+    // Queued: the socket tells this in the middle of a write, where nothing else may be sent.
+    connect(
+        m_socket, &QTcpSocket::bytesWritten, this,
+        [this] {
+            emit drained();
+            readAvailable();
+        },
+        Qt::QueuedConnection);
 }
 
 QString TcpTransport::peerText() const {
@@ -60,10 +64,6 @@ void TcpTransport::send(const std::string& packet) {
 }
 
 void TcpTransport::readAvailable() {
-    // Answering a packet may write, and that may lead here again.
-    if (m_reading)
-        return;
-    m_reading = true;
     std::array<char, readChunk> chunk{};
     while (!m_closed && backlog() <= longestBacklog) {
         const qint64 count = m_socket->read(chunk.data(), readChunk);
@@ -75,7 +75,6 @@ void TcpTransport::readAvailable() {
         if (m_reader.hasRefused())
             close();
     }
-    m_reading = false;
 }
 
 void TcpTransport::close() {

@@ -32,6 +32,5 @@ private:
     FaultChain m_faults;
     QString m_peerText;
     bool m_silent = false;
-    bool m_reading = false;
     bool m_closed = false;
 };

@@ -25,8 +25,8 @@ void HomePage::draw(InstrumentScreen& screen) const {
 
     bigdigits::draw(screen, 3, 3, fixed(m_readings.level(), 1, 5));
     screen.put(21, 5, "dBm");
-    const bool high = m_readings.level() > highLevel;
-    screen.put(21, 3, high ? "▲HI" : "   ", InverseHighlight);
+    if (m_readings.level() > highLevel)
+        screen.put(21, 3, "▲HI", InverseHighlight);
     screen.put(3, 6, " max       dBm ");
     screen.put(8, 6, fixed(m_readings.highestLevel(), 1, 5));
 

@@ -8,9 +8,25 @@
 #include "Packet.h"
 #include "TextPage.h"
 
+#include <algorithm>
+
 namespace {
 /// Bytes of a chat message that are echoed; the rest is as good as lost on so small a screen.
 constexpr std::size_t longestEcho = 1024;
+
+/// What a "FXTO" body brings: "ID:", a name, a line feed and the data.
+std::string describeFile(std::string_view body) {
+    constexpr std::size_t longestName = 40;
+    constexpr std::string_view lead = "ID:";
+    if (body.starts_with(lead))
+        body.remove_prefix(lead.size());
+    const std::size_t nameEnd = body.find('\n');
+    const bool named = nameEnd != std::string_view::npos;
+    std::string text(named ? body.substr(0, std::min(nameEnd, longestName)) : "unnamed");
+    return text.append(": ")
+        .append(std::to_string(body.size() - (named ? nameEnd + 1 : 0)))
+        .append(" bytes");
+}
 } // namespace
 
 Instrument::Instrument(InstrumentSettings settings)
@@ -36,7 +52,7 @@ Instrument::Response Instrument::receive(std::string_view bytes) {
         return {{}, m_page == PageId::Messages, {}};
     }
     if (packet->type == "FXTO") {
-        m_messages.add("◾", std::to_string(packet->body.size()) + " bytes of file data");
+        m_messages.add("◾", describeFile(packet->body));
         return {{}, m_page == PageId::Messages, {}};
     }
     return {};

@@ -13,7 +13,7 @@ void InstrumentPage::drawTitle(InstrumentScreen& screen, std::string_view name,
     constexpr int width = InstrumentScreen::columns;
     const std::string right = charset::fromUtf8(note);
     // A long name gives way to the note, with one space between them.
-    const auto room = static_cast<std::size_t>(width) - 4 - right.size();
+    const auto room = static_cast<std::size_t>(width) - 5 - right.size();
     const std::string left = charset::fromUtf8(name).substr(0, room);
     screen.put(2, 1, "◆");
     screen.putCodes(4, 1, left);

@@ -1,0 +1,186 @@
+// The program itself: started as a process, driven over TCP, ended by a signal.
+
+#include "Peer.h"
+#include "TestEnvironment.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <csignal>
+
+class TestGx7100sim : public QObject {
+    Q_OBJECT
+
+private slots:
+    void serves();
+    void repeatsItselfBySeed();
+    void announcesEveryAddress();
+    void endsOnASignal_data();
+    void endsOnASignal();
+    void portInUse();
+    void wrongArguments();
+    void help();
+    void runsOutOfFiles();
+};
+
+namespace {
+
+/// The program in a process of its own; ended with this object.
+class Program {
+public:
+    explicit Program(const QStringList& arguments) {
+        m_process.start(QStringLiteral(GX7100SIM_PROGRAM), arguments);
+    }
+    /// The same through a shell, which first does what `prelude` says.
+    Program(const QString& prelude, const QStringList& arguments) {
+        m_process.start("/bin/sh", QStringList{"-c", prelude + "; exec \"$0\" \"$@\"",
+                                               QStringLiteral(GX7100SIM_PROGRAM)} +
+                                       arguments);
+    }
+    ~Program() {
+        m_process.kill();
+        m_process.waitForFinished(patience);
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    QProcess& process() { return m_process; }
+
+    /// The next line on standard output, without its end.
+    QString line() {
+        if (!QTest::qWaitFor([this] { return m_process.canReadLine(); }, patience))
+            qWarning("no line came; on standard error: %s",
+                     m_process.readAllStandardError().constData());
+        return QString::fromLocal8Bit(m_process.readLine()).trimmed();
+    }
+
+    /// The port out of the line that says where it listens.
+    quint16 port() {
+        const QString text = line();
+        const auto match = QRegularExpression("^Listening on .*, port (\\d+)$").match(text);
+        if (!match.hasMatch())
+            qWarning("not what was expected: %s", qPrintable(text));
+        return match.captured(1).toUShort();
+    }
+
+private:
+    QProcess m_process;
+};
+
+QByteArray keyFrame(int code) {
+    return QByteArrayLiteral("<D>\0\0\0\x0A\0\0\0\0KEYS") + static_cast<char>(code >> 8) +
+           static_cast<char>(code & 0xFF);
+}
+
+} // namespace
+
+void TestGx7100sim::serves() {
+    Program program({"--listen", "127.0.0.2", "--port", "0", "--rate", "0", "--page", "entry",
+                     "--name", "East", "--seed", "1"});
+    const QString listening = program.line();
+    const auto match =
+        QRegularExpression("^Listening on 127\\.0\\.0\\.2, port (\\d+)$").match(listening);
+    QVERIFY2(match.hasMatch(), qPrintable(listening));
+    Peer peer(match.captured(1).toUShort(), QHostAddress("127.0.0.2"));
+    const QByteArray first = peer.take(textUpdateSize);
+    QCOMPARE(first.sliced(20, 40), QByteArray(" \x04 East                           ENTRY "));
+    QCOMPARE(program.line(),
+             QString("Connected: instrument 1, from 127.0.0.1:%1").arg(peer.socket().localPort()));
+    peer.send(keyFrame('q'));
+    QCOMPARE(peer.take(textUpdateSize).sliced(20 + 80, 4), QByteArray("\xB3 q "));
+    peer.send(QByteArrayLiteral("<D>\0\0\0\x09\0\0\0\0CHATx"));
+    QCOMPARE(peer.take(22), QByteArrayLiteral("<D>\0\0\0\x0F\0\0\0\0CHATEast: x"));
+    peer.socket().disconnectFromHost();
+    QCOMPARE(program.line(), QString("Disconnected: instrument 1"));
+}
+
+void TestGx7100sim::repeatsItselfBySeed() {
+    const auto run = [](const QString& seed) {
+        Program program({"--listen", "127.0.0.1", "--port", "0", "--rate", "200", "--page", "home",
+                         "--seed", seed});
+        Peer peer(program.port());
+        return peer.take(20 * textUpdateSize);
+    };
+    const QByteArray once = run("5");
+    QCOMPARE(run("5"), once);
+    QVERIFY(run("6") != once);
+}
+
+void TestGx7100sim::announcesEveryAddress() {
+    Program program({"--port", "0"});
+    const QString line = program.line();
+    QVERIFY2(line.startsWith("Listening on all addresses, port "), qPrintable(line));
+    const quint16 port = line.section(' ', -1).toUShort();
+    Peer v4(port, QHostAddress("127.0.0.9"));
+    QCOMPARE(v4.take(3), QByteArray("<D>"));
+    Peer v6(port, QHostAddress::LocalHostIPv6);
+    QCOMPARE(v6.take(3), QByteArray("<D>"));
+}
+
+void TestGx7100sim::endsOnASignal_data() {
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void TestGx7100sim::endsOnASignal() {
+    QFETCH(int, signal);
+    Program program({"--listen", "127.0.0.1", "--port", "0"});
+    Peer peer(program.port());
+    peer.take(textUpdateSize);
+    QCOMPARE(::kill(static_cast<pid_t>(program.process().processId()), signal), 0);
+    QVERIFY(program.process().waitForFinished(patience));
+    QCOMPARE(program.process().exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.process().exitCode(), 0);
+    QCOMPARE(program.process().readAllStandardError(), QByteArray());
+    QVERIFY(peer.waitForEnd());
+}
+
+void TestGx7100sim::portInUse() {
+    Program first({"--listen", "127.0.0.1", "--port", "0"});
+    const QString port = QString::number(first.port());
+    Program second({"--listen", "127.0.0.1", "--port", port});
+    QVERIFY(second.process().waitForFinished(patience));
+    QCOMPARE(second.process().exitCode(), 1);
+    QCOMPARE(second.process().readAllStandardOutput(), QByteArray());
+    QCOMPARE(QString::fromLocal8Bit(second.process().readAllStandardError()),
+             QString("gx7100sim: cannot listen on 127.0.0.1, port %1: The bound address is "
+                     "already in use\n")
+                 .arg(port));
+}
+
+void TestGx7100sim::wrongArguments() {
+    Program program({"--page", "nowhere"});
+    QVERIFY(program.process().waitForFinished(patience));
+    QCOMPARE(program.process().exitCode(), 2);
+    QCOMPARE(program.process().readAllStandardOutput(), QByteArray());
+    QVERIFY(program.process().readAllStandardError().contains("nowhere"));
+}
+
+void TestGx7100sim::help() {
+    Program program({"--help"});
+    QVERIFY(program.process().waitForFinished(patience));
+    QCOMPARE(program.process().exitCode(), 0);
+    QVERIFY(program.process().readAllStandardOutput().contains("--fault"));
+    QCOMPARE(program.process().readAllStandardError(), QByteArray());
+}
+
+void TestGx7100sim::runsOutOfFiles() {
+    Program program("ulimit -n 24", {"--listen", "127.0.0.1", "--port", "0", "--rate", "0"});
+    const quint16 port = program.port();
+    {
+        std::vector<std::unique_ptr<Peer>> peers;
+        for (int i = 0; i < 40; ++i)
+            peers.push_back(std::make_unique<Peer>(port));
+        QCOMPARE(peers.front()->take(textUpdateSize).size(), textUpdateSize);
+    }
+    // With those gone, it accepts again.
+    Peer later(port);
+    QCOMPARE(later.take(textUpdateSize).size(), textUpdateSize);
+}
+
+int main(int argc, char** argv) {
+    return runTest<TestGx7100sim>(argc, argv);
+}
+
+#include "test_gx7100sim.moc"
