@@ -16,9 +16,9 @@
 namespace {
 
 /// An instrument that floods us fills its own send buffer, not our memory.
-constexpr qint64 readBufferSize = 1024 * 1024;
+constexpr qint64 readBufferSize = 1U << 20U;
 /// What is handed to the stream at once; its lengths are ints.
-constexpr std::size_t writeSliceSize = 1024 * 1024;
+constexpr std::size_t writeSliceSize = 1U << 20U;
 
 } // namespace
 
@@ -42,7 +42,10 @@ ConnectGX7100Ethernet::ConnectGX7100Ethernet(QWidget* parent, std::string kind, 
 
     m_failure.setSingleShot(true);
     m_failure.setInterval(0);
-    connect(&m_failure, &QTimer::timeout, this, [this] { OnSocketError(m_error); });
+    connect(&m_failure, &QTimer::timeout, this, [this] {
+        m_phase = Phase::Ordinary;
+        OnSocketError(m_error);
+    });
     m_closing.setSingleShot(true);
     m_closing.setInterval(closing);
     connect(&m_closing, &QTimer::timeout, this, &ConnectGX7100Ethernet::OnSocketDisconnected);
@@ -74,7 +77,7 @@ void ConnectGX7100Ethernet::_TryConnect() {
 }
 
 void ConnectGX7100Ethernet::_Connect(const std::string& host, int interfaceIndex, int port) {
-    m_announcing = false;
+    m_phase = Phase::Ordinary;
     m_description = host;
     QHostAddress address(QString::fromStdString(host));
     const QNetworkInterface scope = QNetworkInterface::interfaceFromIndex(interfaceIndex);
@@ -90,15 +93,18 @@ void ConnectGX7100Ethernet::Disconnect() {
     m_attempts.clear();
     m_description.clear();
     m_failure.stop();
-    m_telling = false;
+    if (isFailing())
+        m_phase = Phase::Ordinary;
     if (m_socket->state() == QAbstractSocket::ConnectedState) {
         const QSignalBlocker quiet(m_socket.get());
         m_socket->disconnectFromHost();
-        if (m_socket->state() == QAbstractSocket::ClosingState)
+        if (m_socket->state() == QAbstractSocket::ClosingState) {
+            m_phase = Phase::Closing;
             m_closing.start();
+        }
     }
     // Bytes are still on their way out; or this is a slot of the very disconnected() asked for.
-    if (m_closing.isActive() || m_announcing)
+    if (m_phase == Phase::Closing || m_phase == Phase::Announcing)
         return;
     OnSocketDisconnected();
 }
@@ -150,7 +156,7 @@ void ConnectGX7100Ethernet::OnSocketDisconnected() {
         return;
     const std::shared_ptr<QTcpSocket> held = m_socket;
     const QPointer<ConnectGX7100Ethernet> alive(this);
-    const bool wasAskedFor = m_closing.isActive();
+    const bool wasAskedFor = m_phase == Phase::Closing;
     m_closing.stop();
     // The next connection starts with a frame, and what this one still holds is for nobody.
     m_messages = MessageBuffer();
@@ -159,11 +165,12 @@ void ConnectGX7100Ethernet::OnSocketDisconnected() {
         m_socket->abort();
         m_socket->close();
     }
-    m_announcing = true;
+    m_phase = Phase::Announcing;
     emit disconnected();
     if (!alive)
         return;
-    m_announcing = false;
+    if (m_phase == Phase::Announcing)
+        m_phase = Phase::Ordinary;
     // What waits was asked for after Disconnect(); after a loss it is left over and stays.
     if (wasAskedFor)
         _TryConnect();
@@ -174,17 +181,18 @@ void ConnectGX7100Ethernet::OnSocketDisconnected() {
 /// a message box must not run on top of it.
 void ConnectGX7100Ethernet::socketFailed(QAbstractSocket::SocketError error) {
     const bool toldBySocket = error == QAbstractSocket::RemoteHostClosedError;
-    if (toldBySocket || m_closing.isActive() || isFailing())
+    if (toldBySocket || m_phase == Phase::Closing || isFailing())
         return;
     const bool wasConnected = m_socket->state() != QAbstractSocket::UnconnectedState;
     if (wasConnected && hasFurtherTry(error))
         return;
+    m_phase = Phase::Failing;
     m_error = error;
     m_failure.start();
 }
 
 bool ConnectGX7100Ethernet::isFailing() const {
-    return m_failure.isActive() || m_telling;
+    return m_phase == Phase::Failing || m_phase == Phase::Telling;
 }
 
 bool ConnectGX7100Ethernet::hasFurtherTry(QAbstractSocket::SocketError error) const {
@@ -219,11 +227,11 @@ QString ConnectGX7100Ethernet::textFor(QAbstractSocket::SocketError error) const
 }
 
 void ConnectGX7100Ethernet::tellAndDisconnect(const QString& text) {
-    if (m_telling)
+    if (m_phase == Phase::Telling)
         return;
     // What waits by now has failed too; what is asked for while the box is open has not.
     m_attempts.clear();
-    m_telling = true;
+    m_phase = Phase::Telling;
     const QPointer<ConnectGX7100Ethernet> alive(this);
     // On the heap: it goes when its parent goes, and that may be while it is open.
     const QPointer<QMessageBox> box = new QMessageBox(
@@ -235,8 +243,8 @@ void ConnectGX7100Ethernet::tellAndDisconnect(const QString& text) {
     if (!alive)
         return;
     // Unless Disconnect() was called meanwhile, which has announced the end already.
-    if (m_telling) {
-        m_telling = false;
+    if (m_phase == Phase::Telling) {
+        m_phase = Phase::Ordinary;
         m_description.clear();
         OnSocketDisconnected();
     }

@@ -61,6 +61,15 @@ private:
         int port = 0;
     };
 
+    /// What the link is about, beside what the socket's own state says.
+    enum class Phase {
+        Ordinary,
+        Failing,    ///< the socket has failed; the event loop will deal with it
+        Telling,    ///< the failure is in a message box; disconnected() comes after it
+        Closing,    ///< after Disconnect(): the last bytes are leaving
+        Announcing, ///< disconnected() is being emitted and no attempt has begun since
+    };
+
     void _TryConnect();
     void _Connect(const std::string& host, int interfaceIndex, int port);
 
@@ -79,13 +88,8 @@ private:
     /// Where the current attempt leads: host, "%" and interface index if it has one, ":", port.
     std::string m_description;
 
-    /// Runs from the socket's error until the event loop deals with it.
+    Phase m_phase = Phase::Ordinary;
     QTimer m_failure;
     QAbstractSocket::SocketError m_error = QAbstractSocket::UnknownSocketError;
-    /// Runs from Disconnect() until the last bytes have gone, or it is out of patience.
     QTimer m_closing;
-    /// A message box is open whose failure is not yet announced by disconnected().
-    bool m_telling = false;
-    /// disconnected() is being emitted and no attempt has begun since.
-    bool m_announcing = false;
 };

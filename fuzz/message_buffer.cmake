@@ -1,0 +1,1 @@
+gx_fuzz(message_buffer SOURCES message_buffer.cpp LIBS gx_codec)
