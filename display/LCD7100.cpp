@@ -42,8 +42,7 @@ LCD7100::LCD7100(QWidget* parent)
     m_menu->addAction(tr("Edit Font..."), this, &LCD7100::showFontEditor);
     connect(this, &QWidget::customContextMenuRequested, this, &LCD7100::contextMenu);
 
-    connect(&m_renderer, &text_renderthread::renderedImage, this, &LCD7100::newTextReady,
-            Qt::QueuedConnection);
+    connect(&m_renderer, &text_renderthread::renderedImage, this, &LCD7100::newTextReady);
     setFontFamily(QStringLiteral("Arial"));
 
     connect(m_blinkTimer, &QTimer::timeout, this, &LCD7100::blinkCursor);

@@ -1,12 +1,13 @@
 #include "text_renderthread.h"
 
-#include "AnnotatedWait.h"
+#include "ThreadAnnotations.h"
 
 #include <QMutexLocker>
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -38,6 +39,7 @@ text_renderthread::~text_renderthread() {
         m_condition.wakeOne();
     }
     wait();
+    annotateJoined(this);
 }
 
 void text_renderthread::updateTextAndAttr(const QSize& size, const QVector<char>& text,
@@ -91,11 +93,9 @@ void text_renderthread::renderAgain() {
 }
 
 void text_renderthread::run() {
-    while (auto request = nextRequest()) {
-        const QImage image = render(*request);
-        if (!m_restart && !image.isNull())
-            emit renderedImage(image);
-    }
+    while (auto request = nextRequest())
+        deliver(render(*request));
+    annotateEnd(this);
 }
 
 /// Waits for the next thing to render; nothing when the thread is to end.
@@ -125,4 +125,24 @@ QImage text_renderthread::render(Request& request) {
     QPainter painter(&image);
     request.screen.paintText(painter, image.size(), m_restart);
     return image;
+}
+
+/// Hands a rendering to the owner's thread, unless it was cut short. The owner finds at most one,
+/// the newest, however long it was busy.
+void text_renderthread::deliver(const QImage& image) {
+    const QMutexLocker lock(&m_mutex);
+    if (m_restart || image.isNull())
+        return;
+    m_finished = image;
+    QMetaObject::invokeMethod(this, &text_renderthread::emitFinished, Qt::QueuedConnection);
+}
+
+void text_renderthread::emitFinished() {
+    QImage image;
+    {
+        const QMutexLocker lock(&m_mutex);
+        image = std::exchange(m_finished, QImage());
+    }
+    if (!image.isNull())
+        emit renderedImage(image);
 }

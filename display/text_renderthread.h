@@ -14,10 +14,11 @@
 /// window full of screens can be resized without waiting for any of them.
 ///
 /// The screen widget owns one and asks for images; each finished one comes back by
-/// renderedImage(), to be connected as a queued connection. A newer request cuts the rendering in
-/// progress short, which then delivers nothing. The public operations belong to the owner's
-/// thread and may be called at any time: one mutex guards all that the two threads share, and
-/// images are painted from copies taken under it. The destructor ends the thread and waits for it.
+/// renderedImage(), which needs the event loop of the owner's thread. A newer request cuts the
+/// rendering in progress short, which then delivers nothing. The public operations belong to the
+/// owner's thread and may be called at any time: one mutex guards all that the two threads share,
+/// and images are painted from copies taken under it. The destructor ends the thread and waits for
+/// it.
 class text_renderthread : public QThread {
     Q_OBJECT
 
@@ -55,7 +56,7 @@ public:
     static constexpr int maxPixels = 1 << 25;
 
 signals:
-    /// One finished rendering.
+    /// A finished rendering: the newest, in the owner's thread.
     void renderedImage(QImage image);
 
 protected:
@@ -70,6 +71,8 @@ private:
     void renderAgain();
     std::optional<Request> nextRequest();
     QImage render(Request& request);
+    void deliver(const QImage& image);
+    void emitFinished();
 
     QMutex m_mutex;
     QWaitCondition m_condition;
@@ -80,4 +83,5 @@ private:
     std::atomic<bool> m_restart = false;
     bool m_abort = false;
     TextScreen m_screen;
+    QImage m_finished;
 };
