@@ -27,6 +27,8 @@ FaultChain chainOf(const std::vector<std::string>& names) {
 
 SimulatorServer::SimulatorServer(SimulatorSettings settings, QObject* parent)
     : QObject(parent), m_settings(std::move(settings)) {
+    // A control room full of tiles connects all at once.
+    m_server.setListenBacklogSize(m_settings.mostConnections);
     connect(&m_server, &QTcpServer::newConnection, this, &SimulatorServer::acceptPending);
     // Out of file descriptors, the server gives up accepting; closed connections free some.
     connect(&m_server, &QTcpServer::acceptError, this,

@@ -15,7 +15,7 @@ softkeys::Labels EntryPage::softKeyLabels() const {
 }
 
 void EntryPage::draw(InstrumentScreen& screen) const {
-    drawTitle(screen, m_name, "ENTRY");
+    drawTitle(screen, m_name, "EDIT");
     screen.put(1, 2, "┌─ Note ───────────────────────────────┐");
     for (int row = firstRow; row < firstRow + static_cast<int>(EntryField::lineCount); ++row) {
         screen.put(1, row, "│");

@@ -8,7 +8,7 @@ constexpr double highLevel = -38.0; // dBm
 } // namespace
 
 softkeys::Labels HomePage::softKeyLabels() const {
-    return {"TEXT", "ENTRY", "TRACE", "KEYS", "CHAT"};
+    return {"TEXT", "EDIT", "PLOT", "KEYS", "CHAT"};
 }
 
 void HomePage::draw(InstrumentScreen& screen) const {

@@ -11,26 +11,31 @@ constexpr int bandColumns = InstrumentScreen::columns / count;
 constexpr int labelColumns = bandColumns - 2;
 constexpr int bandPixels = GraphicsBitmap::width / count;
 
-/// The label in the middle of its six columns, in the instrument's codes.
-std::string centred(std::string_view label) {
-    std::string codes = charset::fromUtf8(label).substr(0, labelColumns);
+/// Text in the middle of a cap's six columns, in the instrument's codes.
+std::string centred(std::string_view utf8) {
+    std::string codes = charset::fromUtf8(utf8).substr(0, labelColumns);
     const std::size_t left = (labelColumns - codes.size()) / 2;
     codes.insert(0, left, ' ');
     codes.resize(labelColumns, ' ');
     return codes;
 }
 
+/// One row of a cap, with half a column of air on either side.
+void drawCapRow(InstrumentScreen& screen, int column, int row, std::string_view text) {
+    screen.put(column, row, "▐");
+    screen.putCodes(column + 1, row, centred(text), InstrumentScreen::Attribute::Inverse);
+    screen.put(column + bandColumns - 1, row, "▌");
+}
+
 } // namespace
 
 void draw(InstrumentScreen& screen, const Labels& labels) {
+    constexpr std::array<std::string_view, count> keys{"F1", "F2", "F3", "F4", "F5"};
     int column = 1;
-    for (const std::string_view label : labels) {
-        if (!label.empty()) {
-            screen.put(column + 1, InstrumentScreen::rows - 1, "▄▄▄▄▄▄");
-            screen.put(column, InstrumentScreen::rows, "▐");
-            screen.putCodes(column + 1, InstrumentScreen::rows, centred(label),
-                            InstrumentScreen::Attribute::Inverse);
-            screen.put(column + bandColumns - 1, InstrumentScreen::rows, "▌");
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (!labels.at(i).empty()) {
+            drawCapRow(screen, column, InstrumentScreen::rows - 1, labels.at(i));
+            drawCapRow(screen, column, InstrumentScreen::rows, keys.at(i));
         }
         column += bandColumns;
     }

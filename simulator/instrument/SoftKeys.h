@@ -15,7 +15,7 @@ inline constexpr int count = 5;
 /// Labels from F1 to F5, at most six characters of UTF-8; an empty one leaves its band empty.
 using Labels = std::array<std::string_view, count>;
 
-/// Draws the labels as key caps on rows 7 and 8.
+/// Draws key caps on rows 7 and 8, each with its label above the name of its key.
 void draw(InstrumentScreen& screen, const Labels& labels);
 
 /// The same on the graphics screen.

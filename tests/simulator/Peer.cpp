@@ -16,6 +16,11 @@ QByteArray Peer::take(qsizetype size) {
     return taken;
 }
 
+void Peer::stopReading() {
+    m_socket.setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 64 * 1024);
+    m_socket.setReadBufferSize(1);
+}
+
 bool Peer::waitForEnd() {
     return QTest::qWaitFor(
         [this] {

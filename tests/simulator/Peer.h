@@ -25,6 +25,10 @@ public:
     /// Takes the next `size` bytes, waiting for them; fewer only when they do not come.
     QByteArray take(qsizetype size);
 
+    /// Leaves what arrives in the system's buffers, which are made small for it.
+    void stopReading();
+    void resumeReading() { m_socket.setReadBufferSize(0); }
+
     /// Waits until the other end has ended the connection; what it sent before stays to be taken.
     bool waitForEnd();
 

@@ -83,7 +83,7 @@ void TestGx7100sim::serves() {
     QVERIFY2(match.hasMatch(), qPrintable(listening));
     Peer peer(match.captured(1).toUShort(), QHostAddress("127.0.0.2"));
     const QByteArray first = peer.take(textUpdateSize);
-    QCOMPARE(first.sliced(20, 40), QByteArray(" \x04 East                           ENTRY "));
+    QCOMPARE(first.sliced(20, 40), QByteArray(" \x04 East                            EDIT "));
     QCOMPARE(program.line(),
              QString("Connected: instrument 1, from 127.0.0.1:%1").arg(peer.socket().localPort()));
     peer.send(keyFrame('q'));

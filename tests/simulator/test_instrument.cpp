@@ -101,10 +101,10 @@ void TestInstrument::startPages_data() {
                              << QString::fromUtf8(labels);
     };
     row(PageId::Home, " ◆ North                       10:00:00 ",
-        "▐ TEXT ▌▐ENTRY ▌▐TRACE ▌▐ KEYS ▌▐ CHAT ▌");
+        "▐ TEXT ▌▐ EDIT ▌▐ PLOT ▌▐ KEYS ▌▐ CHAT ▌");
     row(PageId::Text, " ◆ North                           TEXT ",
         "▐ ATTR ▌        ▐◂ PREV▌▐NEXT ▶▌▐ HOME ▌");
-    row(PageId::Entry, " ◆ North                          ENTRY ",
+    row(PageId::Entry, " ◆ North                           EDIT ",
         "▐CURSOR▌▐ SEND ▌▐◂ PREV▌▐NEXT ▶▌▐ HOME ▌");
     row(PageId::Keys, " ◆ North                           KEYS ",
         "▐CLEAR ▌        ▐◂ PREV▌▐NEXT ▶▌▐ HOME ▌");
@@ -116,7 +116,7 @@ void TestInstrument::startPages() {
     QFETCH(int, page);
     const Instrument instrument = onPage(static_cast<PageId>(page));
     QTEST(row(instrument, 1), "title");
-    QTEST(row(instrument, 8), "labels");
+    QTEST(row(instrument, 7), "labels");
     const QByteArray attributes = QByteArray::fromStdString(instrument.screen().attributes());
     QCOMPARE(attributes.first(40), QByteArray(40, '\x01'));
 }

@@ -162,11 +162,11 @@ void TestInstrumentScreen::softKeys() {
     InstrumentScreen screen;
     softkeys::draw(screen, {"TEXT", "", "◂ PREV", "CURSOR", "SEVENTH"});
     QCOMPARE(QString::fromStdString(screen.rowText(7)),
-             QString::fromUtf8(" ▄▄▄▄▄▄          ▄▄▄▄▄▄  ▄▄▄▄▄▄  ▄▄▄▄▄▄ "));
-    QCOMPARE(QString::fromStdString(screen.rowText(8)),
              QString::fromUtf8("▐ TEXT ▌        ▐◂ PREV▌▐CURSOR▌▐SEVENT▌"));
+    QCOMPARE(QString::fromStdString(screen.rowText(8)),
+             QString::fromUtf8("▐  F1  ▌        ▐  F3  ▌▐  F4  ▌▐  F5  ▌"));
     QByteArray attributes(320, '\0');
-    for (const int label : {281, 297, 305, 313})
+    for (const int label : {241, 257, 265, 273, 281, 297, 305, 313})
         attributes.replace(label, 6, QByteArray(6, '\x01'));
     QCOMPARE(QByteArray::fromStdString(screen.attributes()), attributes);
 }
