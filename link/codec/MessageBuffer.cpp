@@ -5,6 +5,14 @@
 namespace {
 constexpr char openByte = '<';
 constexpr char closeByte = '>';
+
+/// What a link holds on to between messages: not more than a burst of ordinary ones needs, so that
+/// a few large ones are not remembered for ever.
+constexpr std::size_t maxSpares = 32;
+constexpr std::size_t maxSpareSize = 64U << 10U;
+/// Below this the allocator is as fast as we are.
+constexpr std::size_t minSpareSize = 1U << 10U;
+
 } // namespace
 
 void MessageBuffer::Add(const char* bytes, unsigned int count) {
@@ -20,17 +28,9 @@ void MessageBuffer::Add(const char* bytes, unsigned int count) {
                 ++next;
             }
             break;
-        case State::InTag: {
-            const char* const close = std::find(next, end, closeByte);
-            m_tag.append(next, close);
-            next = close;
-            if (next != end) {
-                m_state = State::Length1;
-                m_length = 0;
-                ++next;
-            }
+        case State::InTag:
+            next = addToTag(next, end);
             break;
-        }
         case State::Length1:
         case State::Length2:
         case State::Length3:
@@ -44,6 +44,16 @@ void MessageBuffer::Add(const char* bytes, unsigned int count) {
     }
 }
 
+const char* MessageBuffer::addToTag(const char* next, const char* end) {
+    const char* const close = std::find(next, end, closeByte);
+    m_tag.append(next, close);
+    if (close == end)
+        return end;
+    m_state = State::Length1;
+    m_length = 0;
+    return close + 1;
+}
+
 void MessageBuffer::addLengthByte(unsigned char byte) {
     m_length = (m_length << 8U) | byte;
     if (m_state != State::Length4) {
@@ -52,6 +62,10 @@ void MessageBuffer::addLengthByte(unsigned char byte) {
     }
     m_payload.clear();
     m_state = State::InPayload;
+    if (m_length >= minSpareSize && !m_spares.empty()) {
+        m_payload.swap(m_spares.back());
+        m_spares.pop_back();
+    }
     if (m_length == 0)
         _LockMessage();
 }
@@ -74,8 +88,17 @@ void MessageBuffer::_LockMessage() {
 bool MessageBuffer::NextMessage(std::string& tag, std::string& payload) {
     if (m_messages.empty())
         return false;
+    keepForLater(payload);
     tag = std::move(m_messages.front().first);
     payload = std::move(m_messages.front().second);
     m_messages.pop_front();
     return true;
+}
+
+void MessageBuffer::keepForLater(std::string& buffer) {
+    const bool isWorthIt = buffer.capacity() >= minSpareSize && buffer.capacity() <= maxSpareSize;
+    if (!isWorthIt || m_spares.size() == maxSpares)
+        return;
+    buffer.clear();
+    m_spares.push_back(std::move(buffer));
 }

@@ -4,6 +4,7 @@
 #include <deque>
 #include <string>
 #include <utility>
+#include <vector>
 
 /// Reassembles frames from a TCP byte stream: "<", tag, ">", a 4-byte big-endian length, payload.
 ///
@@ -15,7 +16,8 @@ public:
     /// Feeds a received chunk of `count` bytes; a count of 0 does nothing.
     void Add(const char* bytes, unsigned int count);
 
-    /// Moves the oldest completed message out; false when there is none.
+    /// Moves the oldest completed message out; false when there is none, and then the strings are
+    /// left as they are. Passing the same strings each time saves allocations.
     bool NextMessage(std::string& tag, std::string& payload);
 
 private:
@@ -23,12 +25,16 @@ private:
 
     void _LockMessage();
 
-    const char* addToPayload(const char* next, const char* end);
+    const char* addToTag(const char* next, const char* end);
     void addLengthByte(unsigned char byte);
+    const char* addToPayload(const char* next, const char* end);
+    void keepForLater(std::string& buffer);
 
     std::deque<std::pair<std::string, std::string>> m_messages;
     State m_state = State::AwaitingOpen;
     std::string m_tag;
     std::string m_payload;
     std::uint32_t m_length = 0;
+    /// Memory of payloads that were taken and are done with, for the payloads to come.
+    std::vector<std::string> m_spares;
 };

@@ -152,6 +152,29 @@ private slots:
         QCOMPARE(payload, "kept"s);
     }
 
+    /// Memory of taken payloads serves those to come; nothing of what it held may show.
+    void payloadsOfAllSizesOneAfterAnother() {
+        MessageBuffer buffer;
+        Message taken;
+        for (int round = 0; round < 40; ++round) {
+            Messages sent;
+            for (const std::size_t size :
+                 {65'537U, 1'025U, 65'536U, 0U, 1'024U, 1'023U, 65'535U, 1U, 15U, 16U, 2'048U}) {
+                std::string payload;
+                payload.resize(size, static_cast<char>('a' + round % 26));
+                sent.emplace_back("D", payload);
+                feed(buffer, "<D>"s + char(0) + char(size >> 16U) + char(size >> 8U & 0xFFU) +
+                                 char(size & 0xFFU));
+                feed(buffer, payload);
+            }
+            for (const Message& expected : sent) {
+                QVERIFY(buffer.NextMessage(taken.first, taken.second));
+                QVERIFY(taken == expected);
+            }
+            QVERIFY(!buffer.NextMessage(taken.first, taken.second));
+        }
+    }
+
     void addOfNothingDoesNothing() {
         MessageBuffer buffer;
         buffer.Add(nullptr, 0);
