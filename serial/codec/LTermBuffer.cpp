@@ -42,6 +42,7 @@ void LTermBuffer::Add(const char* bytes, unsigned int count) {
             break;
         case State::Payload:
         case State::FileTransfer:
+        case State::DroppedTransfer:
             next = takePayload(next, end);
             break;
         }
@@ -63,7 +64,7 @@ const char* LTermBuffer::takePayload(const char* next, const char* end) {
     const auto run = std::min<std::ptrdiff_t>(m_length - m_taken, end - next);
     if (m_state == State::FileTransfer)
         m_fxBytes.insert(m_fxBytes.end(), next, next + run);
-    else
+    else if (m_state == State::Payload)
         m_payload.append(next, next + run);
     m_taken += static_cast<std::uint32_t>(run);
     if (m_taken == m_length) {
@@ -89,6 +90,12 @@ unsigned char LTermBuffer::GetFX() {
     const char byte = m_fxBytes.front();
     m_fxBytes.pop_front();
     return static_cast<unsigned char>(byte);
+}
+
+void LTermBuffer::dropFX() {
+    m_fxBytes.clear();
+    if (m_state == State::FileTransfer)
+        m_state = State::DroppedTransfer;
 }
 
 bool LTermBuffer::IncomingFXPacket(unsigned int& mode) {

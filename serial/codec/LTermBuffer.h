@@ -26,13 +26,24 @@ public:
     bool hasFX() const { return !m_fxBytes.empty(); }
     /// Takes the oldest file-transfer byte. An empty queue gives 0, like a received 0: ask hasFX().
     unsigned char GetFX();
+    /// Forgets the file-transfer bytes that are there and those still to come of the packet that is
+    /// being received: what is left of a block when its transfer is given up is no new request.
+    void dropFX();
     /// Discards file-transfer bytes up to and including one that decides what is to be done: true
     /// when the instrument sends a file (ENQ, 'L': mode 0; 'R': mode 1), false when it may be sent
     /// one ('K': mode 0; 'Q': mode 1) or when the bytes ran out, which leaves the mode alone.
     bool IncomingFXPacket(unsigned int& mode);
 
 private:
-    enum class State { Type, Separator, LengthHigh, LengthLow, Payload, FileTransfer };
+    enum class State {
+        Type,
+        Separator,
+        LengthHigh,
+        LengthLow,
+        Payload,
+        FileTransfer,
+        DroppedTransfer
+    };
 
     void startPayload(unsigned char lengthLow);
     const char* takePayload(const char* next, const char* end);

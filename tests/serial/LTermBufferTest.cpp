@@ -20,6 +20,7 @@ private slots:
     void an_empty_queue_gives_nothing();
     void start_of_a_transfer_data();
     void start_of_a_transfer();
+    void dropped_transfer_bytes();
     void runs_of_garbage_and_packets_do_not_depend_on_the_chunks();
 };
 
@@ -230,6 +231,25 @@ void LTermBufferTest::start_of_a_transfer() {
     QCOMPARE(buffer.IncomingFXPacket(found), incoming);
     QCOMPARE(found, mode);
     QCOMPARE(drain(buffer), "|" + left);
+}
+
+void LTermBufferTest::dropped_transfer_bytes() {
+    LTermBuffer buffer;
+    add(buffer, QByteArray::fromHex("410a000161 580a000101 580a0004 4c52"));
+    buffer.dropFX();
+    QVERIFY(!buffer.hasFX());
+    // The rest of the packet goes the same way, the next one does not.
+    add(buffer, QByteArray::fromHex("05"));
+    QVERIFY(!buffer.hasFX());
+    add(buffer, QByteArray::fromHex("4c 580a000152 430a000163"));
+    QCOMPARE(drain(buffer), "A:a;C:c;|R");
+
+    // Between and inside other packets there is nothing more to drop.
+    buffer.dropFX();
+    add(buffer, QByteArray::fromHex("580a00014b 540a000261"));
+    buffer.dropFX();
+    add(buffer, QByteArray::fromHex("62 580a00014b"));
+    QCOMPARE(drain(buffer), "T:ab;|K");
 }
 
 void LTermBufferTest::runs_of_garbage_and_packets_do_not_depend_on_the_chunks() {

@@ -33,7 +33,7 @@ const QString block2Empty = QStringLiteral("00020002cae2");
 const QString retrying = QStringLiteral("Transmission problem - retrying");
 const QString lostData = QStringLiteral("Lost Data");
 
-QStringList times(int count, const QStringList& list) {
+QStringList times(qsizetype count, const QStringList& list) {
     QStringList result;
     for (int i = 0; i < count; ++i)
         result += list;
@@ -193,7 +193,7 @@ void XferSendTest::sizes() {
     int number = 0;
     QByteArray data;
     do {
-        data = file.mid(number * 1020, 1020);
+        data = file.mid(qsizetype{1020} * number, 1020);
         ++number;
         expected += '\x1d' + transferblock::build(static_cast<unsigned int>(number), data);
         progress += QStringLiteral("%1:%2").arg(number).arg(data.size());
