@@ -1,5 +1,7 @@
 #include "LCD7100.h"
 
+#include "LCDColorPicker.h"
+
 #include <QCursor>
 #include <QFontDialog>
 #include <QMenu>
@@ -39,6 +41,7 @@ LCD7100::LCD7100(QWidget* parent)
     setMinimumSize(240, 120);
 
     setContextMenuPolicy(Qt::CustomContextMenu);
+    m_menu->addAction(tr("Edit Color..."), this, &LCD7100::showColorPicker);
     m_menu->addAction(tr("Edit Font..."), this, &LCD7100::showFontEditor);
     connect(this, &QWidget::customContextMenuRequested, this, &LCD7100::contextMenu);
 
@@ -150,6 +153,16 @@ void LCD7100::setTextMode(bool on) {
 }
 
 void LCD7100::setGraphicsMode(bool /*on*/) {}
+
+void LCD7100::showColorPicker() {
+    if (m_picker == nullptr)
+        m_picker = new LCDColorPicker(this);
+    m_picker->setColors(m_colors.textColor(), m_colors.backgroundColor(),
+                        m_colors.highlightColor());
+    m_picker->show();
+    m_picker->raise();
+    m_picker->activateWindow();
+}
 
 void LCD7100::showFontEditor() {
     bool accepted = false;

@@ -12,6 +12,7 @@
 
 #include <string_view>
 
+class LCDColorPicker;
 class QMenu;
 class QTimer;
 
@@ -81,6 +82,8 @@ public slots:
     void setTextMode(bool on);
     /// Has no effect: the mode follows from setTextMode() alone.
     void setGraphicsMode(bool on);
+    /// Shows the dialog in which the operator chooses colours.
+    void showColorPicker();
     /// Lets the operator choose a font.
     void showFontEditor();
     /// The colours of characters from now on; graphics keep theirs until the next picture.
@@ -122,4 +125,5 @@ private:
     QPixmap m_textPixmap;
     QTimer* m_blinkTimer;
     QMenu* m_menu;
+    LCDColorPicker* m_picker = nullptr;
 };

@@ -116,7 +116,8 @@ private slots:
         QStringList entries;
         for (const QAction* action : menu->actions())
             entries << action->text();
-        QCOMPARE(entries, QStringList{QStringLiteral("Edit Font...")});
+        QCOMPARE(entries,
+                 QStringList({QStringLiteral("Edit Color..."), QStringLiteral("Edit Font...")}));
 
         const QPoint mouse(123, 77);
         QCursor::setPos(mouse);
