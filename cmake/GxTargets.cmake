@@ -44,16 +44,17 @@ set(gx_test_environment
   UBSAN_OPTIONS=print_stacktrace=1
   "TSAN_OPTIONS=halt_on_error=1 ignore_noninstrumented_modules=1")
 
-# gx_test(name SOURCES ... LIBS libs... [TIMEOUT seconds] [LABELS ...])
-# One Qt Test program, run by CTest without a display and with settings of its own.
+# gx_test(name SOURCES ... LIBS libs... [TIMEOUT seconds] [LABELS ...] [RUNNER command...])
+# One Qt Test program, run by CTest without a display and with settings of its own. A runner is a
+# script that runs the program somewhere special; its exit status 77 says that it could not.
 function(gx_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS;LABELS;RUNNER" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 300)
   endif()
   gx_program(${name} SOURCES ${ARG_SOURCES} LIBS gx_test_support ${ARG_LIBS})
-  add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
+  add_test(NAME ${name} COMMAND ${ARG_RUNNER} $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
     ENVIRONMENT "${gx_test_environment}")
 endfunction()
 

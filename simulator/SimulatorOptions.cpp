@@ -9,11 +9,14 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
 constexpr int badArguments = 2;
 constexpr double highestRate = 1000;
+/// What service discovery has room for.
+constexpr qsizetype longestAnnouncement = 63;
 
 using Message = SimulatorOptions::Message;
 
@@ -49,6 +52,11 @@ struct Options {
                                                  "title bar. Default: \"Unit\" and the number of "
                                                  "the connection."),
                             SimulatorOptions::tr("text")};
+    QCommandLineOption announce{QStringLiteral("announce"),
+                                SimulatorOptions::tr("Announces an instrument of this name on the "
+                                                     "local network, for GX7100Group to list. Can "
+                                                     "be given several times."),
+                                SimulatorOptions::tr("name")};
     QCommandLineOption fault{QStringLiteral("fault"),
                              SimulatorOptions::tr("Way to misbehave; see below. Can be given "
                                                   "several times."),
@@ -92,7 +100,7 @@ std::variant<SimulatorOptions, Message> SimulatorOptions::parse(const QStringLis
            "To watch one, start GX7100Group, choose \"Add connection\", type an address of this "
            "computer (such as 127.0.0.1) and connect. Ctrl+C ends the simulator."));
     parser.addOptions({options.help, options.version, options.listen, options.port, options.rate,
-                       options.seed, options.page, options.name, options.fault});
+                       options.seed, options.page, options.name, options.announce, options.fault});
     if (!parser.parse(arguments))
         return complaint(parser.errorText());
     if (parser.isSet(options.help))
@@ -129,6 +137,14 @@ std::variant<SimulatorOptions, Message> SimulatorOptions::parse(const QStringLis
     } else {
         instrument.seed = QRandomGenerator::system()->generate();
         instrument.clock = std::chrono::milliseconds(QTime::currentTime().msecsSinceStartOfDay());
+    }
+    result.announcements = parser.values(options.announce);
+    for (const QString& announcement : std::as_const(result.announcements)) {
+        const qsizetype size = announcement.toUtf8().size();
+        if (size == 0 || size > longestAnnouncement)
+            return complaint(tr("a name to announce has 1 to 63 bytes, \"%1\" has %2")
+                                 .arg(announcement)
+                                 .arg(size));
     }
     for (const QString& fault : parser.values(options.fault)) {
         if (!faultKindNamed(fault.toStdString()))

@@ -18,6 +18,8 @@ public:
 
     QHostAddress address = QHostAddress(QHostAddress::Any);
     quint16 port = instrumentPort;
+    /// Names to announce on the local network, all for the one port.
+    QStringList announcements;
     SimulatorSettings simulator;
 
     /// Text to print and leave: help or the version with exit code 0, a complaint with another.

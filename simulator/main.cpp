@@ -1,3 +1,4 @@
+#include "Announcer.h"
 #include "SimulatorOptions.h"
 #include "TerminationSignals.h"
 
@@ -33,6 +34,15 @@ void printEvents(const SimulatorServer& server) {
     });
 }
 
+void printEvents(const Announcer& announcer) {
+    QObject::connect(&announcer, &Announcer::announced, &announcer, [](const QString& name) {
+        print(stdout, SimulatorOptions::tr("Announced: %1\n").arg(name));
+    });
+    QObject::connect(&announcer, &Announcer::failed, &announcer, [](const QString& message) {
+        print(stderr, SimulatorOptions::tr("gx7100sim: %1\n").arg(message));
+    });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -60,5 +70,9 @@ int main(int argc, char** argv) {
         return 1;
     }
     print(stdout, listeningLine(server));
+    Announcer announcer;
+    printEvents(announcer);
+    for (const QString& name : options.announcements)
+        announcer.announce(name, server.port());
     return QCoreApplication::exec();
 }

@@ -44,14 +44,17 @@ void TestSimulatorOptions::defaults() {
     QCOMPARE(options.simulator.updatesPerSecond, 4.0);
     QVERIFY(options.simulator.faults.empty());
     QVERIFY(options.simulator.instrument.name.empty());
+    QVERIFY(options.announcements.isEmpty());
     QVERIFY(options.simulator.instrument.page == PageId::Home);
 }
 
 void TestSimulatorOptions::given() {
-    const SimulatorOptions options =
-        parsed({"--listen", "::1", "--port", "0", "--rate", "0.5", "--seed", "4294967295", "--page",
-                "graphics", "--name", "Nordpumpe \u00B5", "--fault", "single-bytes", "--fault",
-                "half-frame"});
+    const SimulatorOptions options = parsed(
+        {"--listen",   "::1",          "--port",  "0",          "--rate",     "0.5",
+         "--seed",     "4294967295",   "--page",  "graphics",   "--name",     "Nordpumpe \u00B5",
+         "--fault",    "single-bytes", "--fault", "half-frame", "--announce", "Pumpe \u00B5",
+         "--announce", "unit 2"});
+    QCOMPARE(options.announcements, (QStringList{"Pumpe \u00B5", "unit 2"}));
     QCOMPARE(options.address, QHostAddress("::1"));
     QCOMPARE(options.port, quint16{0});
     QCOMPARE(options.simulator.updatesPerSecond, 0.5);
@@ -89,6 +92,8 @@ void TestSimulatorOptions::complaints_data() {
     row({"--page", "keyboard"}, "\"keyboard\"");
     row({"--page", ""}, "home, text, entry, graphics, keys, messages");
     row({"--fault", "gremlins"}, "\"gremlins\"");
+    row({"--announce", ""}, "1 to 63 bytes");
+    row({"--announce", QString(62, 'x') + "\u00B5"}, "64");
     row({"--listen", "localhost"}, "\"localhost\"");
     row({"--listen", "300.1.2.3"}, "\"300.1.2.3\"");
     row({"--listen", ""}, "address");
@@ -112,7 +117,7 @@ void TestSimulatorOptions::help() {
         const SimulatorOptions::Message help = message({option});
         QCOMPARE(help.exitCode, 0);
         for (const char* word :
-             {"--listen", "--port", "--rate", "--seed", "--page", "--name", "--fault",
+             {"--listen", "--port", "--rate", "--seed", "--page", "--name", "--announce", "--fault",
               "home, text, entry, graphics, keys, messages", "single-bytes", "stray-bytes",
               "unknown-tags", "unknown-types", "truncated-items", "oversized-items", "half-frame",
               "abrupt-close"})
