@@ -1,5 +1,6 @@
 #include "GroupWindow.h"
 
+#include "ChatWindow.h"
 #include "ConnectGX7100.h"
 #include "ConnectionWidget.h"
 #include "GridGeometry.h"
@@ -7,6 +8,7 @@
 #include "GroupSettings.h"
 #include "HelpGroup.h"
 #include "KeyMap.h"
+#include "Keyboard.h"
 #include "NewConnection.h"
 #include "ui_GroupWindow.h"
 
@@ -71,6 +73,18 @@ void GroupWindow::createActions() {
     m_addAction->setShortcut(QKeySequence(QStringLiteral("ctrl+P")));
     m_addAction->setStatusTip(tr("Add a connection"));
     connect(m_addAction, &QAction::triggered, this, &GroupWindow::newConnection);
+
+    m_keyboardAction =
+        new QAction(QIcon(QStringLiteral(":/buttons/images/g-key2.png")), tr("Keyboard"), this);
+    m_keyboardAction->setShortcut(QKeySequence(QStringLiteral("ctrl+K")));
+    m_keyboardAction->setStatusTip(tr("Show the keyboard palette"));
+    connect(m_keyboardAction, &QAction::triggered, this, &GroupWindow::showKbd);
+
+    m_chatAction =
+        new QAction(QIcon(QStringLiteral(":/buttons/images/chatbubbles7.png")), tr("Chat"), this);
+    m_chatAction->setShortcut(QKeySequence(QStringLiteral("ctrl+c")));
+    m_chatAction->setStatusTip(tr("Show chat window"));
+    connect(m_chatAction, &QAction::triggered, this, &GroupWindow::showChat);
 }
 
 void GroupWindow::createToolBar() {
@@ -80,7 +94,7 @@ void GroupWindow::createToolBar() {
     toolBar->setMovable(false);
     // Nothing brings a hidden tool bar back.
     toolBar->setContextMenuPolicy(Qt::PreventContextMenu);
-    toolBar->addAction(m_addAction);
+    toolBar->addActions({m_addAction, m_keyboardAction, m_chatAction});
 }
 
 void GroupWindow::createMenus() {
@@ -104,6 +118,7 @@ void GroupWindow::addEmptyConnection(bool grow) {
     tile->setFontFamily(m_fontFamily);
     connect(this, &GroupWindow::keyPressed, tile, &ConnectionWidget::keyPressed);
     connect(tile, &ConnectionWidget::killMe, this, &GroupWindow::removalRequest);
+    connect(tile, &ConnectionWidget::incomingChat, this, &GroupWindow::incomingChat);
     connect(this, &GroupWindow::signalFor7100, tile, &ConnectionWidget::signalFor7100);
     connect(tile, &ConnectionWidget::colorChanged, this, &GroupWindow::colorChanged);
     connect(tile, &ConnectionWidget::fontFamilyChanged, this, &GroupWindow::fontFamilyChanged);
@@ -172,12 +187,46 @@ void GroupWindow::fontFamilyChanged(QString family) {
         tile->setFontFamily(m_fontFamily);
 }
 
+ChatWindow& GroupWindow::chat() {
+    if (!m_chat) {
+        m_chat = new ChatWindow(&m_store, this);
+        connect(m_chat, &ChatWindow::sendChat, this, &GroupWindow::outgoingChat);
+    }
+    return *m_chat;
+}
+
+void GroupWindow::showChat() {
+    ChatWindow& window = chat();
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.activateWindow();
+    window.raise();
+}
+
+void GroupWindow::incomingChat(const QString& /*from*/, const QString& text) {
+    chat().showWithoutKeyboard();
+    chat().incoming(text);
+}
+
 void GroupWindow::outgoingChat(const QString& text) {
     emit signalFor7100(ConnectGX7100::sendChat(text));
 }
 
 void GroupWindow::nonAsciiKey(unsigned char group, unsigned char key) {
     emit keyPressed(static_cast<unsigned short>((group << 8U) + key));
+}
+
+void GroupWindow::showKbd() {
+    if (!m_keyboard) {
+        m_keyboard = new Keyboard(this);
+        connect(m_keyboard, qOverload<unsigned short>(&Keyboard::keyPressed), this,
+                &GroupWindow::keyPressed);
+    }
+    if (m_keyboard->isVisible())
+        m_keyboard->activateWindow();
+    else
+        m_keyboard->show();
+    m_keyboard->raise();
 }
 
 void GroupWindow::showPrefs() {
@@ -263,6 +312,8 @@ bool GroupWindow::takeModifierKey(const QKeyEvent& event) {
 
 void GroupWindow::showModState(bool shift, bool ctrl) {
     m_modifierLabel->setText((shift ? tr("Shift ") : QString()) + (ctrl ? tr(" Ctrl") : QString()));
+    if (m_keyboard)
+        m_keyboard->showModState(shift, ctrl);
 }
 
 bool GroupWindow::mayClose() {

@@ -8,8 +8,10 @@
 #include <memory>
 #include <string>
 
+class ChatWindow;
 class ConnectionWidget;
 class HelpGroup;
+class Keyboard;
 class QLabel;
 class Ui_GroupWindow;
 
@@ -37,10 +39,16 @@ public slots:
     void stopCommToAll();
     void colorChanged(QByteArray colors);
     void fontFamilyChanged(QString family);
+    /// Shows a chat line of an instrument. The chat window comes up without the keyboard: what is
+    /// being typed is meant for another window.
+    void incomingChat(const QString& from, const QString& text);
     /// Sends a chat line to all instruments that receive keys.
     void outgoingChat(const QString& text);
     /// Types a key of a keypad.
     void nonAsciiKey(unsigned char group, unsigned char key);
+    /// Shows the keypad palette; one that is there already gets the keyboard.
+    void showKbd();
+    void showChat();
     void showPrefs();
     void doAbout();
     /// Applies the geometry that rebuild() computed.
@@ -62,6 +70,7 @@ private:
     void createActions();
     void createToolBar();
     void createMenus();
+    ChatWindow& chat();
     void setSendStateOfConnected(bool on);
     void place(ConnectionWidget* tile, int index);
     void resizeTo(const QRect& target);
@@ -71,6 +80,8 @@ private:
 
     std::unique_ptr<Ui_GroupWindow> m_form;
     HelpGroup* m_help;
+    Keyboard* m_keyboard = nullptr;
+    ChatWindow* m_chat = nullptr;
     int m_maxColumns = 2;
     QSettings m_store;
     QByteArray m_colors;
@@ -80,4 +91,6 @@ private:
     QLabel* m_modifierLabel = nullptr;
     QAction* m_quitAction = nullptr;
     QAction* m_addAction = nullptr;
+    QAction* m_keyboardAction = nullptr;
+    QAction* m_chatAction = nullptr;
 };

@@ -50,6 +50,7 @@ void ChatWindow::buildInput() {
     m_input->setAccessibleName(tr("Message"));
     m_input->lineEdit()->setPlaceholderText(tr("Message to the instruments"));
     m_send->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_send->setDefault(true);
     m_send->setToolTip(tr("Send the line to every instrument that receives keys (Return)"));
     connect(m_send, &QPushButton::clicked, this, &ChatWindow::sendLine);
     m_row->addWidget(m_input);

@@ -8,6 +8,8 @@
 Keyboard::Keyboard(QWidget* parent)
     : QWidget(parent, Qt::Tool), m_ui(std::make_unique<Ui_Keyboard>()) {
     m_ui->setupUi(this);
+    // Shown while the operator types for instruments, it leaves the keyboard where it is.
+    setAttribute(Qt::WA_ShowWithoutActivating);
     // A keypad reads the same way in every language.
     setLayoutDirection(Qt::LeftToRight);
     for (const AlphabetKey& key : alphabetKeys()) {
