@@ -13,9 +13,9 @@ namespace {
 constexpr int instrumentPort = 7100;
 
 /// Whether the last row of the list, the one to type an address into, is as it was offered.
-bool isUntouched(const QComboBox& list) {
-    const int row = list.currentIndex();
-    return row == list.count() - 1 && list.currentText() == list.itemText(row);
+bool isUntouched(const BonjourBox& list) {
+    return list.currentIndex() == list.count() - 1 &&
+           list.currentText() == BonjourBox::tr("Other...");
 }
 
 } // namespace

@@ -65,7 +65,7 @@ void BonjourBox::setDefault(const QString& name) {
 }
 
 bool BonjourBox::isTyping() const {
-    return lineEdit() != nullptr && lineEdit()->isModified();
+    return isEditable() && currentText() != itemText(currentIndex());
 }
 
 BonjourBox::RowKey BonjourBox::keyOf(int row) const {

@@ -8,7 +8,6 @@ TypedText::TypedText(const QLineEdit& edit)
 
 void TypedText::restore(QLineEdit& edit) const {
     edit.setText(m_text);
-    edit.setModified(true);
     if (m_selectionStart < 0)
         edit.setCursorPosition(m_cursor);
     else if (m_cursor == m_selectionStart)

@@ -15,6 +15,7 @@ private slots:
     void cleanup();
 
     void aTypedAddressIsNotThrownAway();
+    void aTextSetForTheOperatorIsNotThrownAway();
     void theCursorAndTheSelectionStay_data();
     void theCursorAndTheSelectionStay();
     void nothingIsCompletedBehindATypedAddress();
@@ -76,6 +77,16 @@ void BonjourBoxInputTest::aTypedAddressIsNotThrownAway() {
     QCOMPARE(edit().text(), QStringLiteral("192.168.1.9"));
     QCOMPARE(askedFor(*m_box), QStringLiteral("192.168.1.9 0 7100"));
     QCOMPARE(textsOf(*m_box), (QStringList{"alpha", "---", "192.168.1.9"}));
+}
+
+void BonjourBoxInputTest::aTextSetForTheOperatorIsNotThrownAway() {
+    m_box->setDefault("unit3");
+    m_box->setEditText("unit3");
+    found(*m_box, "unit1", "10.0.0.1");
+    QCOMPARE(edit().text(), QStringLiteral("unit3"));
+    QCOMPARE(m_box->currentIndex(), 2);
+    found(*m_box, "unit3", "10.0.0.3");
+    QCOMPARE(askedFor(*m_box), QStringLiteral("10.0.0.3 0 48155"));
 }
 
 void BonjourBoxInputTest::theCursorAndTheSelectionStay_data() {
