@@ -1,6 +1,7 @@
 #include "LCD7100.h"
 
 #include "LCDColorPicker.h"
+#include "ScreenPdf.h"
 
 #include <QCursor>
 #include <QFontDialog>
@@ -43,6 +44,7 @@ LCD7100::LCD7100(QWidget* parent)
     setContextMenuPolicy(Qt::CustomContextMenu);
     m_menu->addAction(tr("Edit Color..."), this, &LCD7100::showColorPicker);
     m_menu->addAction(tr("Edit Font..."), this, &LCD7100::showFontEditor);
+    m_menu->addAction(tr("Capture Control"), this, &LCD7100::showScreenCapture);
     connect(this, &QWidget::customContextMenuRequested, this, &LCD7100::contextMenu);
 
     connect(&m_renderer, &text_renderthread::renderedImage, this, &LCD7100::newTextReady);
@@ -153,6 +155,18 @@ void LCD7100::setTextMode(bool on) {
 }
 
 void LCD7100::setGraphicsMode(bool /*on*/) {}
+
+void LCD7100::capture(CaptureInfo info) {
+    screenpdf::write(info, size(), [this, &info](QPainter& painter, const QSize& image) {
+        if (!m_textMode) {
+            painter.drawImage(QRect(QPoint(0, 0), image), m_graphics);
+            return;
+        }
+        m_renderer.drawNow(painter, image);
+        if (info.showCursor)
+            paintCursor(painter, image, m_cursor);
+    });
+}
 
 void LCD7100::showColorPicker() {
     if (m_picker == nullptr)

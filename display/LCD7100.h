@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CaptureInfo.h"
 #include "ColorTables.h"
 #include "GraphImage7100.h"
 #include "LCDGeometry.h"
@@ -82,6 +83,9 @@ public slots:
     void setTextMode(bool on);
     /// Has no effect: the mode follows from setTextMode() alone.
     void setGraphicsMode(bool on);
+    /// Saves what the screen shows as a PDF file. A file that cannot be written is not written, and
+    /// nobody is told.
+    void capture(CaptureInfo info);
     /// Shows the dialog in which the operator chooses colours.
     void showColorPicker();
     /// Lets the operator choose a font.

@@ -117,7 +117,8 @@ private slots:
         for (const QAction* action : menu->actions())
             entries << action->text();
         QCOMPARE(entries,
-                 QStringList({QStringLiteral("Edit Color..."), QStringLiteral("Edit Font...")}));
+                 QStringList({QStringLiteral("Edit Color..."), QStringLiteral("Edit Font..."),
+                              QStringLiteral("Capture Control")}));
 
         const QPoint mouse(123, 77);
         QCursor::setPos(mouse);
