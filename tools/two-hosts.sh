@@ -7,7 +7,8 @@
 #   tools/two-hosts.sh [--ipv6-only] COMMAND [ARGUMENT...]
 #
 # The command runs on the host "operator" (10.71.0.1). What is put behind $GX_OTHER_HOST runs on the
-# host "instrument" (10.71.0.2; with --ipv6-only it has its link-local IPv6 address and no other):
+# host "instrument" (10.71.0.2; with --ipv6-only, also told by $GX_IPV6_ONLY, it has its link-local IPv6 address and no
+# other):
 #
 #   tools/two-hosts.sh bash -c '$GX_OTHER_HOST avahi-publish -s unit1 _gx7100._tcp 7100 &
 #                               avahi-browse -rtp _gx7100._tcp'
@@ -89,6 +90,7 @@ inside() {
   local instrument_address=10.71.0.2
   if [ "${1:-}" = --ipv6-only ]; then
     instrument_address=none
+    export GX_IPV6_ONLY=1
     shift
   fi
   unset DBUS_SYSTEM_BUS_ADDRESS
@@ -130,12 +132,16 @@ case "${1:-}" in
   instrument_host "$2"
   exit
   ;;
-'' | -h | --help)
+-h | --help)
   sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"
   exit
   ;;
 esac
 
+if [ -z "${1:-}" ]; then
+  echo "two-hosts.sh: no command; see --help" >&2
+  exit 2
+fi
 if [ "$(id -u)" != 0 ]; then
   echo "two-hosts.sh: only root can make network namespaces: nothing was run" >&2
   exit 77

@@ -34,6 +34,18 @@ void HostProgram::start(const QString& program, const QStringList& arguments, QS
     }
 }
 
+QString HostProgram::readLine(const QString& start) {
+    QString line;
+    const auto isThere = [this, &start, &line] {
+        while (!line.startsWith(start) && m_process.canReadLine())
+            line = QString::fromUtf8(m_process.readLine()).trimmed();
+        return line.startsWith(start);
+    };
+    // Not by waiting for the process: what it is to do may depend on this program's event loop.
+    [&isThere] { QTRY_VERIFY_WITH_TIMEOUT(isThere(), limit); }();
+    return line;
+}
+
 void HostProgram::announce(const QStringList& names, const QStringList& arguments) {
     QStringList given = arguments;
     QStringList lines;

@@ -21,6 +21,8 @@ public:
     void start(const QString& program, const QStringList& arguments, QStringList lines);
     /// Starts simulated instruments, announced as `names`.
     void announce(const QStringList& names, const QStringList& arguments = {});
+    /// Waits for a line that starts with `start`; those before it are forgotten.
+    QString readLine(const QString& start);
     /// Ends the program as an operator does, and waits for it.
     void stop();
 

@@ -1,0 +1,152 @@
+#include "BonjourBox.h"
+#include "HostProgram.h"
+#include "Instrument.h"
+#include "Operator.h"
+#include "Reference.h"
+#include "TestEnvironment.h"
+
+#include <QNetworkInterface>
+#include <QRadioButton>
+
+namespace {
+
+/// Generous: discovery needs a second or two, on a machine that is busy some more.
+constexpr int limit = 60000;
+
+bool hasIPv4Instrument() {
+    return !qEnvironmentVariableIsSet("GX_IPV6_ONLY");
+}
+
+/// This host's own address on the cable.
+QHostAddress ownAddress() {
+    const auto wanted =
+        hasIPv4Instrument() ? QAbstractSocket::IPv4Protocol : QAbstractSocket::IPv6Protocol;
+    for (const QNetworkAddressEntry& entry :
+         QNetworkInterface::interfaceFromName("gx0").addressEntries()) {
+        if (entry.ip().protocol() == wanted)
+            return entry.ip();
+    }
+    return {};
+}
+
+/// What an instrument that was started by announceQuietly shows.
+InstrumentScreen quietScreen() {
+    InstrumentSettings settings;
+    settings.name = "Unit 7";
+    settings.seed = 7100;
+    settings.page = PageId::Text;
+    return Instrument(settings).screen();
+}
+
+/// An instrument whose screen changes only when a key arrives.
+void announceQuietly(HostProgram& host, const QString& name) {
+    host.announce({name}, {"--name", "Unit 7", "--seed", "7100", "--page", "text", "--rate", "0"});
+}
+
+/// The operator waits until the dialog offers `name`, which nobody has chosen for him, and takes
+/// it.
+std::function<void(NewConnection&)> acceptOnce(const QString& name) {
+    return [name](NewConnection& dialog) {
+        QVERIFY(dialog.findChild<QRadioButton*>("etherButton")->isChecked());
+        const auto* box = dialog.findChild<BonjourBox*>("etherList");
+        QTRY_COMPARE_WITH_TIMEOUT(box->currentText(), name, limit);
+        dialog.accept();
+    };
+}
+
+} // namespace
+
+/// The whole road: an instrument announced on the other host is listed in the window's own dialog,
+/// connected to, and mirrored.
+class TwoHostsDialogTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void anInstrumentIsListedConnectedAndMirrored();
+    void aLostInstrumentIsRemadeByName();
+    void withoutDiscoveryATypedAddressConnects();
+};
+
+void TwoHostsDialogTest::initTestCase() {
+    QVERIFY2(HostProgram::isOnOneOfTwo(), "run this with tools/two-hosts.sh");
+    Q_INIT_RESOURCE(group);
+}
+
+void TwoHostsDialogTest::anInstrumentIsListedConnectedAndMirrored() {
+    HostProgram host;
+    announceQuietly(host, "unit3");
+    Operator person;
+    const ModalDialog<NewConnection> dialog(acceptOnce("unit3"));
+    person.pressConnect(0);
+    QVERIFY(dialog.answered());
+
+    // By IPv4 where there is IPv4, otherwise by the address of this one cable.
+    const QString peer = host.readLine("Connected: instrument 1, from ");
+    QVERIFY2(peer.contains(ownAddress().toString()), qPrintable(peer));
+    QCOMPARE(ownAddress().isLinkLocal(), !hasIPv4Instrument());
+    QTRY_VERIFY_WITH_TIMEOUT(person.tile(0).IsConnected(), limit);
+    QCOMPARE(person.tile(0).findChild<QLabel*>("nameLabel")->text(), QStringLiteral("unit3"));
+    Reference reference(quietScreen(), person.display(0).size());
+    QTRY_COMPARE_WITH_TIMEOUT(person.display(0).grab().toImage(), reference.image(), limit);
+}
+
+void TwoHostsDialogTest::aLostInstrumentIsRemadeByName() {
+    Operator person;
+    {
+        HostProgram other;
+        other.announce({"another"}, {"--port", "7101"});
+        HostProgram host;
+        announceQuietly(host, "unit3");
+        const ModalDialog<NewConnection> dialog([](NewConnection& shown) {
+            auto* box = shown.findChild<BonjourBox*>("etherList");
+            QTRY_VERIFY_WITH_TIMEOUT(box->findText("unit3") >= 0, limit);
+            QTRY_VERIFY_WITH_TIMEOUT(box->findText("another") >= 0, limit);
+            box->setCurrentIndex(box->findText("unit3"));
+            shown.accept();
+        });
+        person.pressConnect(0);
+        QTRY_VERIFY_WITH_TIMEOUT(person.tile(0).IsConnected(), limit);
+        host.readLine("Connected: instrument 1, from ");
+        person.pressConnect(0);
+        QTRY_VERIFY_WITH_TIMEOUT(!person.tile(0).IsConnected(), limit);
+    }
+
+    // Both come back; the one that the tile had is the one that is offered.
+    HostProgram other;
+    other.announce({"another"}, {"--port", "7101"});
+    HostProgram host;
+    announceQuietly(host, "unit3");
+    const ModalDialog<NewConnection> dialog([](NewConnection& shown) {
+        QCOMPARE(shown.windowTitle(), QStringLiteral("Remake Connection"));
+        const auto* box = shown.findChild<BonjourBox*>("etherList");
+        QTRY_VERIFY_WITH_TIMEOUT(box->findText("another") >= 0, limit);
+        acceptOnce("unit3")(shown);
+    });
+    person.pressConnect(0);
+    host.readLine("Connected: instrument 1, from ");
+}
+
+void TwoHostsDialogTest::withoutDiscoveryATypedAddressConnects() {
+    HostProgram host;
+    announceQuietly(host, "unit3");
+    QString address = QStringLiteral("10.71.0.2");
+    if (!hasIPv4Instrument()) {
+        BonjourBox box;
+        box.start("_gx7100._tcp", "local.");
+        QTRY_COMPARE_WITH_TIMEOUT(box.currentText(), QStringLiteral("unit3"), limit);
+        address = box.currentData(Qt::UserRole + 1).toString() + "%gx0";
+    }
+    QCOMPARE(QProcess::execute("avahi-daemon", {"--kill"}), 0);
+    Operator person;
+    person.connectTo(address, 0);
+    host.readLine("Connected: instrument 1, from ");
+    Reference reference(quietScreen(), person.display(0).size());
+    QTRY_COMPARE_WITH_TIMEOUT(person.display(0).grab().toImage(), reference.image(), limit);
+}
+
+int main(int argc, char** argv) {
+    return runTest<TwoHostsDialogTest>(argc, argv);
+}
+
+#include "TwoHostsDialogTest.moc"
