@@ -39,6 +39,13 @@ void follow(ConnectGX7100Ethernet& link, QList<QAbstractSocket::SocketState>& st
                      [&states](QAbstractSocket::SocketState state) { states.append(state); });
 }
 
+/// Reading and writing a directory fails in the way of a network that is gone.
+void breakNetworkUnder(ConnectGX7100Ethernet& link) {
+    const int broken = open("/", O_RDONLY | O_DIRECTORY);
+    dup2(broken, int(link.findChild<QTcpSocket*>()->socketDescriptor()));
+    close(broken);
+}
+
 } // namespace
 
 /// What the operator is told when there is no connection, and when.
@@ -265,10 +272,7 @@ private slots:
         subject.connectTo(instrument);
         if (hasLeftOver)
             subject.link->Connect("127.0.0.1", 0, instrument.port());
-        // Reading a directory fails in the way of a network that is gone.
-        const int broken = open("/", O_RDONLY | O_DIRECTORY);
-        dup2(broken, int(subject.link->findChild<QTcpSocket*>()->socketDescriptor()));
-        close(broken);
+        breakNetworkUnder(*subject.link);
         QTRY_COMPARE_WITH_TIMEOUT(subject.told(), expected, patience);
         if (!hasLeftOver) {
             compareBox(person.boxes[0],
@@ -280,6 +284,35 @@ private slots:
         QCOMPARE(subject.told(), expected);
         QVERIFY(!subject.link->IsOpen());
         QCOMPARE(instrument.accepted(), std::size_t(1));
+    }
+
+    /// Who has left does not want to hear how the rest went.
+    void networkErrorWhileTheLastBytesLeave() {
+        Instrument instrument;
+        Subject subject(nullptr, std::chrono::milliseconds(patience));
+        Operator person;
+        subject.connectTo(instrument);
+        instrument.line().setReadBufferSize(1);
+        subject.link->Send(std::string(50'000, 's'));
+        subject.link->Disconnect();
+        QCOMPARE(subject.told(), QStringList{"connected"});
+        breakNetworkUnder(*subject.link);
+        QTRY_COMPARE_WITH_TIMEOUT(subject.told(), (QStringList{"connected", "disconnected"}),
+                                  patience);
+        settle();
+        QCOMPARE(subject.told(), (QStringList{"connected", "disconnected"}));
+        QVERIFY(person.boxes.empty());
+    }
+
+    void disconnectForgetsWhereTo() {
+        const SilentPort silent;
+        Subject subject;
+        Operator person;
+        subject.link->Connect("127.0.0.1", 0, silent.port());
+        subject.link->Disconnect();
+        subject.link->OnSocketError(QAbstractSocket::NetworkError);
+        QCOMPARE(person.boxes.size(), std::size_t(1));
+        QCOMPARE(person.boxes[0].text, QStringLiteral("Network error while trying to connect to:"));
     }
 
     /// Error texts come from outside: they are shown as they are.

@@ -13,6 +13,32 @@ namespace {
 
 const QByteArray threeFrames = QByteArray::fromStdString("<D>\0\0\0\1a<D>\0\0\0\1b<D>\0\0\0\1c"s);
 
+/// One of the ways in which a link comes to announce disconnected().
+class Cause {
+public:
+    Cause(const QString& name, Subject& subject) : m_name(name), m_subject(subject) {}
+
+    void bringAbout() {
+        ConnectGX7100Ethernet& link = *m_subject.link;
+        if (m_name == "closed" || m_name == "disconnected") {
+            m_subject.connectTo(m_instrument);
+            m_subject.journal.entries.clear();
+        }
+        if (m_name == "refused")
+            link.Connect("127.0.0.1", 0, m_refusing.port());
+        else if (m_name == "closed")
+            m_instrument.line().disconnectFromHost();
+        else
+            link.Disconnect();
+    }
+
+private:
+    QString m_name;
+    Subject& m_subject;
+    Instrument m_instrument;
+    RefusingPort m_refusing;
+};
+
 } // namespace
 
 /// The slots of a link's signals, and whoever acts while its box is open, may do anything to it.
@@ -134,30 +160,18 @@ private slots:
     }
 
     void disconnectInASlotOfDisconnected_data() {
-        QTest::addColumn<QString>("cause");
-        QTest::newRow("never connected") << QStringLiteral("none");
-        QTest::newRow("the instrument closes") << QStringLiteral("close");
-        QTest::newRow("Disconnect()") << QStringLiteral("disconnect");
-        QTest::newRow("refused") << QStringLiteral("refuse");
+        QTest::addColumn<QString>("name");
+        for (const char* const name : {"never connected", "closed", "disconnected", "refused"})
+            QTest::newRow(name) << QString::fromLatin1(name);
     }
     void disconnectInASlotOfDisconnected() {
-        QFETCH(const QString, cause);
-        Instrument instrument;
-        const RefusingPort refusing;
+        QFETCH(const QString, name);
         Subject subject;
+        Cause cause(name, subject);
         Operator person;
         connect(subject.link.get(), &ConnectGX7100::disconnected, this,
                 [&] { subject.link->Disconnect(); });
-        if (cause == "refuse") {
-            subject.link->Connect("127.0.0.1", 0, refusing.port());
-        } else if (cause != "none") {
-            subject.connectTo(instrument);
-            subject.journal.entries.clear();
-        }
-        if (cause == "close")
-            instrument.line().disconnectFromHost();
-        else if (cause != "refuse")
-            subject.link->Disconnect();
+        cause.bringAbout();
         QTRY_COMPARE_WITH_TIMEOUT(subject.told(), QStringList{"disconnected"}, patience);
         settle();
         QCOMPARE(subject.told(), QStringList{"disconnected"});
@@ -165,24 +179,14 @@ private slots:
 
     void connectInASlotOfDisconnected_data() { disconnectInASlotOfDisconnected_data(); }
     void connectInASlotOfDisconnected() {
-        QFETCH(const QString, cause);
-        Instrument instrument;
+        QFETCH(const QString, name);
         Instrument second;
-        const RefusingPort refusing;
         Subject subject;
+        Cause cause(name, subject);
         Operator person;
         connect(subject.link.get(), &ConnectGX7100::disconnected, this,
                 [&] { subject.link->Connect("127.0.0.1", 0, second.port()); });
-        if (cause == "refuse") {
-            subject.link->Connect("127.0.0.1", 0, refusing.port());
-        } else if (cause != "none") {
-            subject.connectTo(instrument);
-            subject.journal.entries.clear();
-        }
-        if (cause == "close")
-            instrument.line().disconnectFromHost();
-        else if (cause != "refuse")
-            subject.link->Disconnect();
+        cause.bringAbout();
         QTRY_COMPARE_WITH_TIMEOUT(subject.told(), (QStringList{"disconnected", "connected"}),
                                   patience);
         subject.link->Send("out");
@@ -190,6 +194,22 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(second.line().peek(1000), QByteArray("out"), patience);
         QTRY_COMPARE_WITH_TIMEOUT(subject.told(), (QStringList{"disconnected", "connected", "in"}),
                                   patience);
+    }
+
+    /// The attempt that such a slot makes has an end of its own.
+    void connectAndDisconnectInASlotOfDisconnected() {
+        const SilentPort silent;
+        Subject subject;
+        bool first = true;
+        connect(subject.link.get(), &ConnectGX7100::disconnected, this, [&] {
+            if (!std::exchange(first, false))
+                return;
+            subject.link->Connect("127.0.0.1", 0, silent.port());
+            subject.link->Disconnect();
+        });
+        subject.link->Disconnect();
+        QCOMPARE(subject.told(), (QStringList{"disconnected", "disconnected"}));
+        QVERIFY(!subject.link->IsOpen());
     }
 
     void deletedWhileTheBoxIsOpen() {
@@ -240,30 +260,21 @@ private slots:
     }
 
     /// The failure that is being told comes to its end first.
+    void connectWhileTheBoxIsOpen_data() {
+        QTest::addColumn<bool>("disconnectFirst");
+        QTest::newRow("Connect()") << false;
+        QTest::newRow("Disconnect(), Connect()") << true;
+    }
     void connectWhileTheBoxIsOpen() {
+        QFETCH(const bool, disconnectFirst);
         const RefusingPort port;
         Instrument instrument;
         Subject subject;
         Operator person({[&](QMessageBox& box) {
+            if (disconnectFirst)
+                subject.link->Disconnect();
             subject.link->Connect("127.0.0.1", 0, instrument.port());
             settle();
-            Operator::pressOk(box);
-        }});
-        person.journal = &subject.journal;
-        subject.link->Connect("127.0.0.1", 0, port.port());
-        QTRY_COMPARE_WITH_TIMEOUT(subject.told(), (QStringList{"box", "disconnected", "connected"}),
-                                  patience);
-        settle();
-        QCOMPARE(subject.told(), (QStringList{"box", "disconnected", "connected"}));
-    }
-
-    void disconnectAndConnectWhileTheBoxIsOpen() {
-        const RefusingPort port;
-        Instrument instrument;
-        Subject subject;
-        Operator person({[&](QMessageBox& box) {
-            subject.link->Disconnect();
-            subject.link->Connect("127.0.0.1", 0, instrument.port());
             Operator::pressOk(box);
         }});
         person.journal = &subject.journal;

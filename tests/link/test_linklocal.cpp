@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QNetworkInterface>
+#include <QNetworkProxy>
 #include <QProcess>
 
 #include <sched.h>
@@ -28,11 +29,21 @@ bool run(const QString& command) {
     return process.waitForFinished() && process.exitCode() == 0;
 }
 
+/// Whether packets find the way to the address: it comes with the interface, but not at once.
+bool isReady(const QString& name) {
+    QProcess process;
+    process.startCommand(QStringLiteral("ip -6 route get fe80::7100 oif %1").arg(name));
+    return process.waitForFinished() && process.readAll().startsWith("local ") &&
+           QNetworkInterface::interfaceFromName(name).flags().testFlag(
+               QNetworkInterface::IsRunning);
+}
+
 bool addInterface(const QString& name) {
     return run(QStringLiteral("ip link add %1 type veth peer name %1-far").arg(name)) &&
            run(QStringLiteral("ip link set %1-far up").arg(name)) &&
            run(QStringLiteral("ip link set %1 up").arg(name)) &&
-           run(QStringLiteral("ip addr add fe80::7100/64 dev %1 nodad").arg(name));
+           run(QStringLiteral("ip addr add fe80::7100/64 dev %1 nodad").arg(name)) &&
+           QTest::qWaitFor([&name] { return isReady(name); }, patience);
 }
 
 /// Leaves the computer's network for an empty one, which vanishes with this process. Must come
@@ -100,6 +111,22 @@ private slots:
         QCOMPARE(instrument.line().localAddress(), address);
         subject.link->Send("hello");
         QTRY_COMPARE_WITH_TIMEOUT(instrument.line().peek(1000), QByteArray("hello"), patience);
+    }
+
+    void proxiesAreForTheWeb() {
+        const RefusingPort proxy;
+        QHostAddress address(m_network.firstAddress);
+        if (m_network.isPrivate)
+            address.setScopeId(m_network.first);
+        Instrument instrument(address);
+        Subject subject;
+        Operator person;
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(
+            QNetworkProxy::Socks5Proxy, QStringLiteral("127.0.0.1"), quint16(proxy.port())));
+        subject.link->Connect(m_network.firstAddress.toStdString(), indexOf(m_network.first),
+                              instrument.port());
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+        QTRY_COMPARE_WITH_TIMEOUT(subject.told(), QStringList{"connected"}, patience);
     }
 
     /// Nobody listens on the other interface, though the address and the port are the same.
