@@ -1,0 +1,1 @@
+gx_fuzz(capture_record SOURCES capture_record.cpp LIBS gx_display)

@@ -1,0 +1,1 @@
+gx_fuzz(colour_set SOURCES colour_set.cpp LIBS gx_display)
