@@ -1,6 +1,7 @@
 #include "HelpGroup.h"
 
 #include "HelpLinks.h"
+#include "NewsBrowser.h"
 #include "NewsUpdater.h"
 #include "PlatformTag.h"
 #include "UpdateWindow.h"
@@ -13,20 +14,16 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QStandardPaths>
-#include <QStringDecoder>
-#include <QTextBrowser>
 
 namespace {
 
 constexpr qint64 maxNewsSize = qint64{4} << 20;
 
-/// The page in a local file as text; empty when there is none.
-QString readPage(const QString& path) {
+/// The page in a local file; empty when there is none.
+QByteArray readPage(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray page = file.read(maxNewsSize);
-    return QStringDecoder::decoderForHtml(page).decode(page);
+    return QFile::exists(path) && file.open(QIODevice::ReadOnly) ? file.read(maxNewsSize)
+                                                                 : QByteArray();
 }
 
 } // namespace
@@ -98,26 +95,40 @@ void HelpGroup::queryNews() {
 }
 
 void HelpGroup::testnews(int changed) {
-    if (changed != 0)
-        checkForNews();
+    if (changed == 0)
+        return;
+    // It opens unasked: what is being typed stays with the instruments.
+    newsBrowser().setAttribute(Qt::WA_ShowWithoutActivating);
+    checkForNews();
+    newsBrowser().setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
-void HelpGroup::checkForNews() {
+NewsBrowser& HelpGroup::newsBrowser() {
     if (!m_newsBrowser) {
-        m_newsBrowser = std::make_unique<QTextBrowser>();
+        m_newsBrowser = std::make_unique<NewsBrowser>();
         m_newsBrowser->setWindowTitle(tr("Latest GX-7100 News from VESTRA"));
         m_newsBrowser->setSearchPaths({m_newsFile});
-        m_newsBrowser->setOpenLinks(false);
         connect(m_newsBrowser.get(), &QTextBrowser::anchorClicked, this,
                 &HelpGroup::checkNewsAnchors);
     }
-    m_newsBrowser->setHtml(readPage(m_newsFile));
-    m_newsBrowser->resize(500, 300);
-    m_newsBrowser->show();
+    return *m_newsBrowser;
+}
+
+void HelpGroup::checkForNews() {
+    NewsBrowser& browser = newsBrowser();
+    browser.showPage(readPage(m_newsFile));
+    browser.resize(500, 300);
+    browser.show();
+    if (browser.testAttribute(Qt::WA_ShowWithoutActivating))
+        return;
+    // It may stand behind the others.
+    browser.raise();
+    browser.activateWindow();
 }
 
 void HelpGroup::checkNewsAnchors(const QUrl& url) {
+    const QUrl target = QUrl(newsSource).resolved(url);
     // The page comes from outside: it may send the operator to the web, not to local files.
-    if (web::mayBeAsked(url) || url.scheme() == QLatin1String("mailto"))
-        QDesktopServices::openUrl(url);
+    if (web::mayBeAsked(target) || target.scheme() == QLatin1String("mailto"))
+        QDesktopServices::openUrl(target);
 }

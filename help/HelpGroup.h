@@ -6,10 +6,10 @@
 
 #include <memory>
 
+class NewsBrowser;
 class NewsUpdater;
 class QMainWindow;
 class QMenu;
-class QTextBrowser;
 
 /// Everything behind the group window's help menu: the manuals beside the application, the maker's
 /// web site, the check for releases and the news page.
@@ -44,10 +44,11 @@ public slots:
     void testnews(int changed);
 
 private:
+    NewsBrowser& newsBrowser();
     void openLocal(const QString& name);
 
     QMainWindow* m_mainWindow;
-    std::unique_ptr<QTextBrowser> m_newsBrowser;
+    std::unique_ptr<NewsBrowser> m_newsBrowser;
     QString m_newsFile;
     QString m_tag;
     QString m_version;

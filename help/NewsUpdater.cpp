@@ -1,5 +1,7 @@
 #include "NewsUpdater.h"
 
+#include "NameLookup.h"
+
 #include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -16,14 +18,16 @@ constexpr auto mark = "GX-7100";
 
 bool store(const QString& path, const QByteArray& page) {
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.commit();
+    // Flushed by hand: closing, which commit() does, forgets that what was buffered did not fit.
+    return file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.flush() &&
+           file.commit();
 }
 
 } // namespace
 
 NewsUpdater::NewsUpdater(const QString& url, const QString& localFile, QObject* parent,
-                         std::chrono::milliseconds pause, std::chrono::milliseconds patience)
-    : QThread(parent), m_url(url), m_localFile(localFile), m_pause(pause), m_patience(patience) {}
+                         std::chrono::milliseconds pause, web::Reach reach)
+    : QThread(parent), m_url(url), m_localFile(localFile), m_pause(pause), m_reach(reach) {}
 
 NewsUpdater::~NewsUpdater() {
     requestInterruption();
@@ -31,14 +35,24 @@ NewsUpdater::~NewsUpdater() {
     wait();
 }
 
-void NewsUpdater::run() {
+void NewsUpdater::fetch() {
     const QUrl address(m_url);
-    if (web::mayBeAsked(address)) {
-        QNetworkAccessManager manager;
-        connect(&manager, &QNetworkAccessManager::finished, this, &NewsUpdater::handleNetworkData);
-        web::limitSize(manager.get(web::request(address, m_patience)), maxPageSize);
-        exec();
-    }
+    if (!web::mayBeAsked(address))
+        return;
+    QNetworkAccessManager manager;
+    connect(&manager, &QNetworkAccessManager::finished, this, &NewsUpdater::handleNetworkData);
+    const NameLookup lookup(address.host(QUrl::FullyEncoded), m_reach.patience, m_reach.resolve);
+    connect(&lookup, &NameLookup::finished, &manager, [this, &manager, &address](bool found) {
+        if (found)
+            web::limitSize(manager.get(web::request(address, m_reach.patience)), maxPageSize);
+        else
+            exit(0);
+    });
+    exec();
+}
+
+void NewsUpdater::run() {
+    fetch();
     if (m_changed && !isInterruptionRequested()) {
         QTimer pause;
         pause.setSingleShot(true);

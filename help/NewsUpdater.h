@@ -21,8 +21,7 @@ public:
     /// `pause` is how long a changed page waits before it is announced, so that its window does not
     /// open into the start of the program.
     NewsUpdater(const QString& url, const QString& localFile, QObject* parent,
-                std::chrono::milliseconds pause = std::chrono::seconds(4),
-                std::chrono::milliseconds patience = web::defaultPatience);
+                std::chrono::milliseconds pause = std::chrono::seconds(4), web::Reach reach = {});
     ~NewsUpdater() override;
 
     void run() override;
@@ -35,9 +34,11 @@ signals:
     void finished(int changed);
 
 private:
+    void fetch();
+
     QString m_url;
     QString m_localFile;
     std::atomic_bool m_changed = false;
     std::chrono::milliseconds m_pause;
-    std::chrono::milliseconds m_patience;
+    web::Reach m_reach;
 };

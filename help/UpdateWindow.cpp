@@ -1,5 +1,6 @@
 #include "UpdateWindow.h"
 
+#include "NameLookup.h"
 #include "ReleaseIndex.h"
 #include "WebRequest.h"
 
@@ -37,12 +38,12 @@ QString downloadFolder() {
 } // namespace
 
 UpdateWindow::UpdateWindow(const QString& baseUrl, const QString& tag, const QString& version,
-                           QWidget* parent, std::chrono::milliseconds patience)
+                           QWidget* parent, web::Reach reach)
     : QDialog(parent), m_versionLabel(new QLabel(this)), m_statusLabel(new QLabel(this)),
       m_downloadButton(new QPushButton(tr("Download"), this)),
       m_doneButton(new QPushButton(tr("Done"), this)), m_leftArrow(new QToolButton(this)),
       m_rightArrow(new QToolButton(this)), m_progress(std::make_unique<QProgressDialog>(this)),
-      m_patience(patience), m_version(version), m_tag(tag), m_downloadFolder(downloadFolder()),
+      m_reach(reach), m_version(version), m_tag(tag), m_downloadFolder(downloadFolder()),
       m_baseUrl(baseUrl) {
     layOut();
     setWindowTitle(tr("Checking for new software"));
@@ -57,11 +58,7 @@ UpdateWindow::UpdateWindow(const QString& baseUrl, const QString& tag, const QSt
 
     setFVLabel(tr("checking..."));
     connect(&m_manager, &QNetworkAccessManager::finished, this, &UpdateWindow::handleNetworkData);
-    QNetworkReply* const reply = get(QUrl(m_baseUrl + QStringLiteral("files.txt")));
-    if (reply)
-        web::limitSize(reply, maxIndexSize);
-    else
-        showServerError();
+    askForIndex(QUrl(m_baseUrl + QStringLiteral("files.txt")));
 }
 
 UpdateWindow::~UpdateWindow() {
@@ -113,7 +110,25 @@ void UpdateWindow::showServerError() {
 }
 
 QNetworkReply* UpdateWindow::get(const QUrl& address) {
-    return web::mayBeAsked(address) ? m_manager.get(web::request(address, m_patience)) : nullptr;
+    return web::mayBeAsked(address) ? m_manager.get(web::request(address, m_reach.patience))
+                                    : nullptr;
+}
+
+void UpdateWindow::askForIndex(const QUrl& address) {
+    if (!web::mayBeAsked(address)) {
+        showServerError();
+        return;
+    }
+    auto* const lookup =
+        new NameLookup(address.host(QUrl::FullyEncoded), m_reach.patience, m_reach.resolve);
+    lookup->setParent(this);
+    connect(lookup, &NameLookup::finished, this, [this, lookup, address](bool found) {
+        lookup->deleteLater();
+        if (found)
+            web::limitSize(get(address), maxIndexSize);
+        else
+            showServerError();
+    });
 }
 
 void UpdateWindow::handleNetworkData(QNetworkReply* reply) {

@@ -30,10 +30,9 @@ class UpdateWindow : public QDialog {
 
 public:
     /// Sends the request for the index at once. `baseUrl` is the download area (http or https,
-    /// ends in "/"), `tag` the platform as the index names it, `version` the running version. A
-    /// server that says nothing for `patience` counts as one that cannot be reached.
+    /// ends in "/"), `tag` the platform as the index names it, `version` the running version.
     UpdateWindow(const QString& baseUrl, const QString& tag, const QString& version,
-                 QWidget* parent, std::chrono::milliseconds patience = web::defaultPatience);
+                 QWidget* parent, web::Reach reach = {});
     ~UpdateWindow() override;
 
     /// Whether an installer was started, so that the application is to make way for it.
@@ -65,6 +64,7 @@ public slots:
 
 private:
     void layOut();
+    void askForIndex(const QUrl& address);
     void readIndex(const QByteArray& index);
     QNetworkReply* get(const QUrl& address);
     bool openOutput(const QString& fileName);
@@ -81,7 +81,7 @@ private:
     QToolButton* m_leftArrow;
     QToolButton* m_rightArrow;
     std::unique_ptr<QProgressDialog> m_progress;
-    std::chrono::milliseconds m_patience;
+    web::Reach m_reach;
     QPointer<QNetworkReply> m_reply;
     std::unique_ptr<QTemporaryFile> m_output;
     QNetworkAccessManager m_manager;

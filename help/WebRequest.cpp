@@ -5,7 +5,9 @@
 namespace web {
 
 bool mayBeAsked(const QUrl& address) {
-    return address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+    const bool web =
+        address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+    return web && !address.host().isEmpty();
 }
 
 QNetworkRequest request(const QUrl& address, std::chrono::milliseconds patience) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "NameLookup.h"
+
 #include <QNetworkRequest>
 #include <QUrl>
 
@@ -10,10 +12,15 @@ class QNetworkReply;
 /// How this program asks the maker's server for anything.
 namespace web {
 
-/// How long a server may say nothing before it counts as one that cannot be reached.
-inline constexpr std::chrono::milliseconds defaultPatience = std::chrono::seconds(30);
+/// How far a server is looked for.
+struct Reach {
+    /// How long it may say nothing before it counts as one that cannot be reached.
+    std::chrono::milliseconds patience = std::chrono::seconds(30);
+    /// Who knows whether its name has an address.
+    NameLookup::Resolve resolve = &NameLookup::systemResolve;
+};
 
-/// Whether an address is one that may be asked: http or https.
+/// Whether an address is one that may be asked: http or https, and a host.
 bool mayBeAsked(const QUrl& address);
 
 /// A request that is never led from https to http.

@@ -39,7 +39,7 @@ double number(std::string_view text) {
     if (start == std::string_view::npos)
         return 0;
     text.remove_prefix(start);
-    if (text.front() == '+')
+    if (text.front() == '+' && !text.starts_with("+-"))
         text.remove_prefix(1);
     double value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);

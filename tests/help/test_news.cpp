@@ -1,11 +1,16 @@
+#include "FileSizeLimit.h"
 #include "HelpGroup.h"
 #include "HelpLinks.h"
 #include "HttpServer.h"
+#include "NewsBrowser.h"
 #include "NewsUpdater.h"
 #include "PlatformTag.h"
 #include "TestEnvironment.h"
+#include "TlsTrust.h"
+#include "UpdateScene.h"
 
 #include <QAction>
+#include <QBuffer>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -13,8 +18,32 @@
 #include <QMenu>
 #include <QStandardPaths>
 #include <QTextBrowser>
+#include <QTimer>
+
+#include <sys/stat.h>
 
 using std::chrono::milliseconds;
+
+namespace {
+
+/// Tells of every news window at the moment it is shown.
+class ShowWatch : public QObject {
+public:
+    explicit ShowWatch(std::function<void(const QWidget&)> shown) : m_shown(std::move(shown)) {
+        qApp->installEventFilter(this);
+    }
+    bool eventFilter(QObject* object, QEvent* event) override {
+        const auto* const browser = qobject_cast<NewsBrowser*>(object);
+        if (browser && event->type() == QEvent::Show)
+            m_shown(*browser);
+        return false;
+    }
+
+private:
+    std::function<void(const QWidget&)> m_shown;
+};
+
+} // namespace
 
 class NewsTest : public QObject {
     Q_OBJECT
@@ -64,7 +93,7 @@ private slots:
         QFETCH(QByteArray, kept);
         QFETCH(int, changed);
         if (!stored.isEmpty())
-            write(stored);
+            UpdateScene::write(m_file, stored);
         m_server->answerRaw("/news", answer);
         NewsUpdater updater(m_server->url(QStringLiteral("/news")), m_file, nullptr,
                             milliseconds(1));
@@ -81,7 +110,7 @@ private slots:
     }
 
     void anAddressThatIsNoWebAddressIsNotAsked() {
-        write("old");
+        UpdateScene::write(m_file, "old");
         NewsUpdater updater(QUrl::fromLocalFile(m_file).toString(), m_file + u'2', nullptr);
         QCOMPARE(run(updater), QList<int>{0});
         QVERIFY(!QFile::exists(m_file + u'2'));
@@ -89,9 +118,9 @@ private slots:
 
     void quittingEndsAFetchUnderWay() {
         m_server->keepSilent("/news");
-        auto updater =
-            std::make_unique<NewsUpdater>(m_server->url(QStringLiteral("/news")), m_file, nullptr,
-                                          milliseconds(1), std::chrono::hours(1));
+        auto updater = std::make_unique<NewsUpdater>(m_server->url(QStringLiteral("/news")), m_file,
+                                                     nullptr, milliseconds(1),
+                                                     web::Reach{.patience = std::chrono::hours(1)});
         updater->start();
         QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, 20000);
         updater.reset();
@@ -109,7 +138,8 @@ private slots:
     void quittingBeforeTheThreadHasBegun() {
         for (int i = 0; i < 20; ++i) {
             NewsUpdater updater(m_server->url(QStringLiteral("/news")), m_file, nullptr,
-                                std::chrono::hours(1), std::chrono::hours(1));
+                                std::chrono::hours(1),
+                                web::Reach{.patience = std::chrono::hours(1)});
             m_server->keepSilent("/news");
             updater.start();
         }
@@ -197,6 +227,123 @@ private slots:
         QCOMPARE(newsWindow()->toPlainText(), QString());
     }
 
+    void theNewsDoNotKeepTheProgramRunning() {
+        newsSource.clear();
+        QMainWindow window;
+        HelpGroup help(&window, &window);
+        help.queryNews();
+        window.show();
+        help.checkForNews();
+        QTimer::singleShot(0, &window, &QWidget::close);
+        QTimer::singleShot(60000, &window, [] { QApplication::exit(1); });
+        QCOMPARE(QApplication::exec(), 0);
+    }
+
+    void aFolderThatCannotBeMadeMeansNoNews() {
+        newsSource = m_server->url(QStringLiteral("/news"));
+        // A file stands where the folders should be.
+        const QString cache = QDir(folder() + QStringLiteral("/..")).absolutePath();
+        QDir().rmdir(cache);
+        UpdateScene::write(cache, "in the way");
+        QMainWindow window;
+        HelpGroup help(&window, &window);
+        help.queryNews();
+        help.checkForNews();
+        QCOMPARE(newsWindow()->toPlainText(), QString());
+        QFile::remove(cache);
+        QVERIFY(m_server->requests().isEmpty());
+    }
+
+    void theNewsReadNoLocalFile_data() {
+        QTest::addColumn<QByteArray>("element");
+
+        QTest::newRow("image") << QByteArray("<img src=\"%1\">");
+        QTest::newRow("image by address") << QByteArray("<img src=\"file://%1\">");
+        QTest::newRow("style sheet") << QByteArray("<link rel=stylesheet href=\"%1\"/>");
+    }
+
+    void theNewsReadNoLocalFile() {
+        QFETCH(QByteArray, element);
+        // Whoever opens a pipe that nobody writes to waits for ever.
+        const QString pipe = m_file + QStringLiteral(".pipe");
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        NewsBrowser browser;
+        browser.showPage(element.replace("%1", QFile::encodeName(pipe)) + "GX-7100");
+        browser.show();
+        QCoreApplication::processEvents();
+        QVERIFY(browser.toPlainText().contains(QStringLiteral("GX-7100")));
+        QFile::remove(pipe);
+    }
+
+    void anImageThePageCarriesIsShown() {
+        QImage image(80, 80, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QByteArray png;
+        QBuffer buffer(&png);
+        image.save(&buffer, "png");
+        NewsBrowser browser;
+        browser.showPage("<img src=\"data:image/png;base64," + png.toBase64() + "\">");
+        browser.resize(200, 200);
+        QCOMPARE(browser.viewport()->grab().toImage().pixelColor(40, 40), QColor(Qt::red));
+    }
+
+    void aPageThatCannotBeLaidOutIsShownAsText() {
+        NewsBrowser browser;
+        const QByteArray page = "GX-7100" + QByteArray("<table><tr><td>").repeated(30);
+        browser.showPage(page);
+        QCOMPARE(browser.toPlainText(), QString::fromLatin1(page));
+    }
+
+    void newsThatOpenUnaskedTakeNoKeys() {
+        newsSource.clear();
+        QMainWindow window;
+        HelpGroup help(&window, &window);
+        QList<bool> activated;
+        ShowWatch watch([&activated](const QWidget& shown) {
+            activated.append(!shown.testAttribute(Qt::WA_ShowWithoutActivating));
+        });
+        help.testnews(1);
+        newsWindow()->hide();
+        help.checkForNews();
+        QCOMPARE(activated, (QList<bool>{false, true}));
+    }
+
+    void aServerWithoutAddressIsNotAsked() {
+        NewsUpdater updater(QStringLiteral("http://downloads.vestra.example/news"), m_file, nullptr,
+                            milliseconds(1),
+                            web::Reach{.resolve = [](const std::string&) { return false; }});
+        QCOMPARE(run(updater), QList<int>{0});
+        QVERIFY(!QFile::exists(m_file));
+    }
+
+    void aFullDiskKeepsTheOldPage() {
+        UpdateScene::write(m_file, "GX-7100 of last week");
+        m_server->answer("/news", "GX-7100 " + QByteArray(5000, 'x'));
+        NewsUpdater updater(m_server->url(QStringLiteral("/news")), m_file, nullptr,
+                            milliseconds(1));
+        {
+            const FileSizeLimit limit(1000);
+            QCOMPARE(run(updater), QList<int>{0});
+        }
+        QCOMPARE(contents(), QByteArray("GX-7100 of last week"));
+    }
+
+    void aSecureAddressNeverLeadsToAnInsecureOne() {
+        const TlsTrust trust;
+        HttpServer insecure;
+        insecure.answer("/news", "GX-7100");
+        HttpServer secure(trust.server(), QStringLiteral("https"));
+        secure.redirect("/news", insecure.url(QStringLiteral("/news")).toLatin1());
+        NewsUpdater refused(secure.url(QStringLiteral("/news")), m_file, nullptr, milliseconds(1));
+        QCOMPARE(run(refused), QList<int>{0});
+        QCOMPARE(secure.requests().size(), 1);
+        QVERIFY(insecure.requests().isEmpty());
+
+        secure.answer("/news", "GX-7100");
+        NewsUpdater stored(secure.url(QStringLiteral("/news")), m_file, nullptr, milliseconds(1));
+        QCOMPARE(run(stored), QList<int>{1});
+    }
+
     void anUnchangedPageOpensNothing() {
         QMainWindow window;
         HelpGroup help(&window, &window);
@@ -204,16 +351,36 @@ private slots:
         QVERIFY(!newsWindow());
     }
 
+    void linksLeadToTheBrowserAndNowhereElse_data() {
+        QTest::addColumn<QString>("link");
+        QTest::addColumn<QString>("opened");
+
+        QTest::newRow("secure") << QStringLiteral("https://www.vestra.example/a")
+                                << QStringLiteral("https://www.vestra.example/a");
+        QTest::newRow("mail") << QStringLiteral("mailto:news@vestra.example")
+                              << QStringLiteral("mailto:news@vestra.example");
+        QTest::newRow("from the page on") << QStringLiteral("v2.html#top")
+                                          << QStringLiteral("https://vestra.example/n/v2.html#top");
+        QTest::newRow("local file") << QStringLiteral("file:///etc/passwd") << QString();
+        QTest::newRow("program") << QStringLiteral("javascript:alert(1)") << QString();
+        QTest::newRow("nothing") << QStringLiteral("http:") << QString();
+    }
+
     void linksLeadToTheBrowserAndNowhereElse() {
+        QFETCH(QString, link);
+        QFETCH(QString, opened);
+        newsSource = QStringLiteral("https://vestra.example/n/summary.html");
         QMainWindow window;
         HelpGroup help(&window, &window);
-        QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "take");
-        QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take");
-        help.checkNewsAnchors(QUrl(QStringLiteral("https://www.vestra.example/a")));
-        help.checkNewsAnchors(QUrl(QStringLiteral("file:///etc/passwd")));
-        QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
-        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
-        QCOMPARE(m_opened, QList<QUrl>{QUrl(QStringLiteral("https://www.vestra.example/a"))});
+        const QStringList schemes{QStringLiteral("https"), QStringLiteral("http"),
+                                  QStringLiteral("mailto"), QStringLiteral("file"),
+                                  QStringLiteral("javascript")};
+        for (const QString& scheme : schemes)
+            QDesktopServices::setUrlHandler(scheme, this, "take");
+        help.checkNewsAnchors(QUrl(link));
+        for (const QString& scheme : schemes)
+            QDesktopServices::unsetUrlHandler(scheme);
+        QCOMPARE(m_opened, opened.isEmpty() ? QList<QUrl>() : QList<QUrl>{QUrl(opened)});
     }
 
     void thisPlatformHasATag() {
@@ -244,12 +411,6 @@ private:
                 return browser;
         }
         return nullptr;
-    }
-
-    void write(const QByteArray& bytes) {
-        QFile file(m_file);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
     }
 
     QByteArray contents() const {
