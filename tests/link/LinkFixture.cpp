@@ -60,6 +60,8 @@ bool Operator::eventFilter(QObject* object, QEvent* event) {
 }
 
 Instrument::Instrument(const QHostAddress& address) {
+    // Looking for the system's proxies would start a foreign library's thread.
+    m_server.setProxy(QNetworkProxy::NoProxy);
     require(m_server.listen(address, 0), "no port to listen on");
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket* const line = m_server.nextPendingConnection())
@@ -73,6 +75,7 @@ QTcpSocket& Instrument::line(std::size_t index) {
 }
 
 RefusingPort::RefusingPort() {
+    m_socket.setProxy(QNetworkProxy::NoProxy);
     require(m_socket.bind(QHostAddress::LocalHost, 0), "no port to take");
 }
 

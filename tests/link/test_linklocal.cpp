@@ -1,15 +1,18 @@
 #include "LinkFixture.h"
 #include "TestEnvironment.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QNetworkInterface>
 #include <QNetworkProxy>
-#include <QProcess>
+#include <QThread>
 
 #include <sched.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -24,30 +27,32 @@ struct Network {
 };
 
 bool run(const QString& command) {
-    QProcess process;
-    process.startCommand(command);
-    return process.waitForFinished() && process.exitCode() == 0;
+    return std::system(qPrintable(command)) == 0;
 }
 
 /// Whether packets find the way to the address: it comes with the interface, but not at once.
 bool isReady(const QString& name) {
-    QProcess process;
-    process.startCommand(QStringLiteral("ip -6 route get fe80::7100 oif %1").arg(name));
-    return process.waitForFinished() && process.readAll().startsWith("local ") &&
+    return run(QStringLiteral("ip -6 route get fe80::7100 oif %1 | grep -q ^local").arg(name)) &&
            QNetworkInterface::interfaceFromName(name).flags().testFlag(
                QNetworkInterface::IsRunning);
 }
 
 bool addInterface(const QString& name) {
-    return run(QStringLiteral("ip link add %1 type veth peer name %1-far").arg(name)) &&
-           run(QStringLiteral("ip link set %1-far up").arg(name)) &&
-           run(QStringLiteral("ip link set %1 up").arg(name)) &&
-           run(QStringLiteral("ip addr add fe80::7100/64 dev %1 nodad").arg(name)) &&
-           QTest::qWaitFor([&name] { return isReady(name); }, patience);
+    const bool added = run(QStringLiteral("ip link add %1 type veth peer name %1-far").arg(name)) &&
+                       run(QStringLiteral("ip link set %1-far up").arg(name)) &&
+                       run(QStringLiteral("ip link set %1 up").arg(name)) &&
+                       run(QStringLiteral("ip addr add fe80::7100/64 dev %1 nodad").arg(name));
+    const QDeadlineTimer deadline(patience);
+    while (added && !deadline.hasExpired()) {
+        if (isReady(name))
+            return true;
+        QThread::msleep(5);
+    }
+    return false;
 }
 
-/// Leaves the computer's network for an empty one, which vanishes with this process. Must come
-/// before there are threads. Without the right to, false.
+/// Leaves the computer's network for an empty one, which vanishes with this process. Without the
+/// right to, false.
 bool enterPrivateNetwork() {
     if (unshare(CLONE_NEWNET) == 0)
         return true;
@@ -59,6 +64,20 @@ bool enterPrivateNetwork() {
            map.write(QByteArray("0 ") + QByteArray::number(user) + " 1") > 0;
 }
 
+/// The network to test in. Must be made before there are threads, for it enters another network and
+/// starts programs.
+Network makeNetwork() {
+    if (enterPrivateNetwork() && run(QStringLiteral("ip link set lo up")) &&
+        addInterface(QStringLiteral("gx-one")) && addInterface(QStringLiteral("gx-two"))) {
+        const QString address = QStringLiteral("fe80::7100");
+        return {QStringLiteral("gx-one"), QStringLiteral("gx-two"), address, address, true};
+    }
+    std::puts("No private network could be made: scopes are tried on the loopback interface, where "
+              "they must do no harm.");
+    return {QStringLiteral("lo"), QStringLiteral("lo"), QStringLiteral("::1"),
+            QStringLiteral("127.0.0.1"), false};
+}
+
 } // namespace
 
 /// Link-local addresses, which mean nothing without the interface that they are on.
@@ -66,31 +85,16 @@ class TestLinkLocal : public QObject {
     Q_OBJECT
 
 public:
-    explicit TestLinkLocal(bool hasPrivateNetwork) : m_hasPrivateNetwork(hasPrivateNetwork) {}
+    explicit TestLinkLocal(Network network) : m_network(std::move(network)) {}
 
 private:
     static int indexOf(const QString& name) {
         return QNetworkInterface::interfaceFromName(name).index();
     }
 
-    bool m_hasPrivateNetwork;
     Network m_network;
 
 private slots:
-    void initTestCase() {
-        m_network = {QStringLiteral("lo"), QStringLiteral("lo"), QStringLiteral("::1"),
-                     QStringLiteral("127.0.0.1"), false};
-        if (m_hasPrivateNetwork && run(QStringLiteral("ip link set lo up")) &&
-            addInterface(QStringLiteral("gx-one")) && addInterface(QStringLiteral("gx-two"))) {
-            const QString address = QStringLiteral("fe80::7100");
-            m_network = {QStringLiteral("gx-one"), QStringLiteral("gx-two"), address, address,
-                         true};
-        }
-        if (!m_network.isPrivate)
-            std::puts("No private network could be made: scopes are tried on the loopback "
-                      "interface, where they must do no harm.");
-    }
-
     void theIndexChoosesTheInterface_data() {
         QTest::addColumn<bool>("useSecond");
         QTest::newRow("first") << false;
@@ -175,10 +179,10 @@ private slots:
 };
 
 int main(int argc, char** argv) {
-    const bool hasPrivateNetwork = enterPrivateNetwork();
+    const Network network = makeNetwork();
     const TestEnvironment environment;
     const QApplication application(argc, argv);
-    TestLinkLocal test(hasPrivateNetwork);
+    TestLinkLocal test(network);
     return QTest::qExec(&test, argc, argv);
 }
 
