@@ -243,7 +243,9 @@ QImage ReferencePainter::paint(const ReferenceScreen& screen, const QSize& size,
     for (int row = 0; row < screen.rows; ++row) {
         double x = 0;
         for (int column = 0; column < screen.columns; ++column) {
-            const auto i = static_cast<std::size_t>(row * screen.columns + column);
+            const auto i =
+                static_cast<std::size_t>(row) * static_cast<std::size_t>(screen.columns) +
+                static_cast<std::size_t>(column);
             const int a = at(screen.attr, i) < 4 ? at(screen.attr, i) : 0;
             p.fillRect(QRectF(x, y, cw + cw / 8, ch + cw / 8), backgrounds[a]);
             p.setPen(foregrounds[a]);

@@ -14,6 +14,10 @@ std::string packed(const GraphImage7100& image, const QRect& area) {
     return {out.begin(), out.end()};
 }
 
+void setBit(char& byte, int fromLeft) {
+    byte = static_cast<char>(byte | (128 >> fromLeft));
+}
+
 /// 10 x 3 pixels: row 0 has its two outermost lit, row 1 none, row 2 every second one.
 const std::string tenByThree = "\x80\x40\x00\x00\xAA\x80"s;
 
@@ -59,8 +63,10 @@ private slots:
             for (int y = 0; y < 5; ++y) {
                 for (int x = 0; x < width; ++x) {
                     if (random() % 2 == 0)
-                        bits[static_cast<std::size_t>(y * rowBytes + x / 8)] |=
-                            static_cast<char>(128 >> (x % 8));
+                        setBit(
+                            bits[static_cast<std::size_t>(y) * static_cast<std::size_t>(rowBytes) +
+                                 static_cast<std::size_t>(x / 8)],
+                            x % 8);
                 }
             }
             const GraphImage7100 image(width, 5, bits.data());

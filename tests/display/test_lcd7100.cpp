@@ -26,7 +26,8 @@ public:
 
 std::string oneLitPixel(int x, int y) {
     std::string bits(1920, '\0');
-    bits[static_cast<std::size_t>(y * 30 + x / 8)] = static_cast<char>(128 >> (x % 8));
+    bits[static_cast<std::size_t>(y) * 30 + static_cast<std::size_t>(x / 8)] =
+        static_cast<char>(128 >> (x % 8));
     return bits;
 }
 

@@ -32,23 +32,25 @@ private slots:
         const Qt::KeyboardModifiers shift = Qt::ShiftModifier;
         const Qt::KeyboardModifiers meta = Qt::MetaModifier;
 
-        QTest::newRow("F1") << Qt::LeftButton << none << QPoint(0, 239) << QVector{96, 0};
-        QTest::newRow("F3") << Qt::LeftButton << none << QPoint(240, 200) << QVector{98, 0};
-        QTest::newRow("F5") << Qt::LeftButton << none << QPoint(479, 239) << QVector{100, 0};
+        QTest::newRow("F1") << Qt::LeftButton << none << QPoint(0, 239) << QVector<int>{96, 0};
+        QTest::newRow("F3") << Qt::LeftButton << none << QPoint(240, 200) << QVector<int>{98, 0};
+        QTest::newRow("F5") << Qt::LeftButton << none << QPoint(479, 239) << QVector<int>{100, 0};
         QTest::newRow("right button")
-            << Qt::RightButton << none << QPoint(479, 239) << QVector{100, 0};
+            << Qt::RightButton << none << QPoint(479, 239) << QVector<int>{100, 0};
         QTest::newRow("middle button")
             << Qt::MiddleButton << none << QPoint(479, 239) << QVector<int>{};
-        QTest::newRow("Shift") << Qt::LeftButton << shift << QPoint(479, 239) << QVector{100, 1};
-        QTest::newRow("Meta") << Qt::LeftButton << meta << QPoint(479, 239) << QVector{100, 2};
+        QTest::newRow("Shift") << Qt::LeftButton << shift << QPoint(479, 239)
+                               << QVector<int>{100, 1};
+        QTest::newRow("Meta") << Qt::LeftButton << meta << QPoint(479, 239) << QVector<int>{100, 2};
         QTest::newRow("both") << Qt::LeftButton << (shift | meta) << QPoint(479, 239)
-                              << QVector{100, 3};
+                              << QVector<int>{100, 3};
         QTest::newRow("Control and Alt do not count")
             << Qt::LeftButton << (Qt::ControlModifier | Qt::AltModifier) << QPoint(479, 239)
-            << QVector{100, 0};
+            << QVector<int>{100, 0};
         QTest::newRow("exactly three quarters")
             << Qt::LeftButton << none << QPoint(240, 180) << QVector<int>{};
-        QTest::newRow("just below") << Qt::LeftButton << none << QPoint(240, 181) << QVector{98, 0};
+        QTest::newRow("just below")
+            << Qt::LeftButton << none << QPoint(240, 181) << QVector<int>{98, 0};
         QTest::newRow("top") << Qt::LeftButton << none << QPoint(240, 10) << QVector<int>{};
     }
     void softKeys() {
