@@ -31,14 +31,14 @@ softkeys::Labels TextPage::softKeyLabels() const {
 
 void TextPage::draw(InstrumentScreen& screen) const {
     drawTitle(screen, m_name, "TEXT");
-    screen.put(1, 2, "┌───┬───┐ ╔═══╦═══╗             ◆ ◾ ▶ ◂");
-    screen.put(1, 3, "├───┼─┐ │ ║12 ║34 ║             ↑ ↓ → ←");
-    screen.put(1, 4, "│ π │ │ │ ╠═══╬═══╣             ▲ ▼ Δ π");
-    screen.put(1, 5, "│ Δ │ │ │ ║56 ║78 ║             µ ° 23°");
-    screen.put(1, 6, "└───┴─┴─┘ ╚═══╩═══╝ ██████▌ ▐███ ▄▄▄ ▀▀▀");
+    screen.put(1, 2, "┌───┬───┐ ╔═══╦═══╗            ◆ ◾ ▶ ◂ ↑");
+    screen.put(1, 3, "├───┼─┐ │ ║12 ║34 ║            ↓ → ← ▲ ▼");
+    screen.put(1, 4, "│   │ │ │ ╠═══╬═══╣            Δ π µ °  ");
+    screen.put(1, 5, "│   │ │ │ ║56 ║78 ║            █ ▌ ▐ ▀ ▄");
+    screen.put(1, 6, "└───┴─┴─┘ ╚═══╩═══╝ à é ñ ö ü £ § ½ ± ·");
     for (const Sample& sample : samples) {
         const int turned = (static_cast<int>(sample.attribute) + m_rotation) % attributeCount;
-        screen.put(21, sample.row, sample.text, static_cast<Attribute>(turned));
+        screen.put(20, sample.row, sample.text, static_cast<Attribute>(turned));
     }
 }
 

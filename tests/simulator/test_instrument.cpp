@@ -170,11 +170,11 @@ void TestInstrument::textPageShowsEverything() {
 
 void TestInstrument::textPageTurnsAttributes() {
     Instrument instrument = onPage(PageId::Text);
-    // The samples begin in column 21 of rows 2 to 5.
+    // The samples begin in column 20 of rows 2 to 5.
     const auto samples = [&instrument] {
         QByteArray attributes;
         for (const std::size_t line : {1U, 2U, 3U, 4U})
-            attributes += instrument.screen().attributes().at(line * 40 + 20);
+            attributes += instrument.screen().attributes().at(line * 40 + 19);
         return attributes;
     };
     QCOMPARE(samples(), QByteArrayLiteral("\0\x01\x02\x03"));
