@@ -1,0 +1,1 @@
+gx_fuzz(instrument SOURCES instrument.cpp LIBS gx_instrument)
