@@ -16,7 +16,7 @@ class InstrumentSession : public QObject {
 
 public:
     /// Backlog in bytes above which screen updates wait.
-    static constexpr qint64 longestUpdateBacklog = 64 * 1024;
+    static constexpr qint64 longestUpdateBacklog = qint64{64} * 1024;
     /// Key codes that are remembered.
     static constexpr std::size_t rememberedKeys = 4096;
 

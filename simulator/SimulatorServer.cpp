@@ -4,6 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#ifndef Q_OS_WIN
+#include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -12,6 +17,18 @@ constexpr std::chrono::milliseconds acceptPause(500);
 std::chrono::milliseconds periodOf(double perSecond) {
     constexpr double millisecondsPerSecond = 1000;
     return std::chrono::milliseconds(std::max(std::lround(millisecondsPerSecond / perSecond), 1L));
+}
+
+/// How many connections the system has files for, when some are left for everything else.
+int connectionsWithFiles() {
+    int count = std::numeric_limits<int>::max();
+#ifndef Q_OS_WIN
+    constexpr rlim_t others = 32;
+    rlimit files{};
+    if (::getrlimit(RLIMIT_NOFILE, &files) == 0 && files.rlim_cur < static_cast<rlim_t>(count))
+        count = static_cast<int>(files.rlim_cur - std::min(files.rlim_cur, others));
+#endif
+    return count;
 }
 
 FaultChain chainOf(const std::vector<std::string>& names) {
@@ -26,11 +43,12 @@ FaultChain chainOf(const std::vector<std::string>& names) {
 } // namespace
 
 SimulatorServer::SimulatorServer(SimulatorSettings settings, QObject* parent)
-    : QObject(parent), m_settings(std::move(settings)) {
+    : QObject(parent), m_settings(std::move(settings)), m_server(this) {
+    m_settings.mostConnections = std::min(m_settings.mostConnections, connectionsWithFiles());
     // A control room full of tiles connects all at once.
     m_server.setListenBacklogSize(m_settings.mostConnections);
     connect(&m_server, &QTcpServer::newConnection, this, &SimulatorServer::acceptPending);
-    // Out of file descriptors, the server gives up accepting; closed connections free some.
+    // After an error the server accepts no more, although most errors pass.
     connect(&m_server, &QTcpServer::acceptError, this,
             [this] { QTimer::singleShot(acceptPause, &m_server, &QTcpServer::resumeAccepting); });
     if (m_settings.updatesPerSecond > 0) {

@@ -20,7 +20,8 @@ struct SimulatorSettings {
     double updatesPerSecond = 4;
     /// What is wrong with every connection: names out of faultKinds().
     std::vector<std::string> faults;
-    /// More connections at once than this are closed as they arrive.
+    /// More connections at once than this, or than the system has files for, are closed as they
+    /// arrive.
     int mostConnections = 500;
 };
 

@@ -14,9 +14,9 @@ namespace {
 /// Bytes taken from the socket at a time.
 constexpr qint64 readChunk = 4096;
 /// Bytes that Qt may hold unread for us.
-constexpr qint64 readBuffer = 64 * 1024;
+constexpr qint64 readBuffer = qint64{64} * 1024;
 /// With more than this unsent, nothing more is read: answers must not pile up.
-constexpr qint64 longestBacklog = 256 * 1024;
+constexpr qint64 longestBacklog = qint64{256} * 1024;
 
 QString textOf(const QHostAddress& address, quint16 port) {
     // An IPv4 peer of a socket for both protocols has a mapped address that nobody would type.

@@ -43,22 +43,10 @@ void printEvents(const Announcer& announcer) {
     });
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("gx7100sim"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("2.1"));
-
-    const auto parsed = SimulatorOptions::parse(QCoreApplication::arguments());
-    if (const auto* message = std::get_if<SimulatorOptions::Message>(&parsed)) {
-        print(message->exitCode == 0 ? stdout : stderr, message->text);
-        return message->exitCode;
-    }
-    const auto& options = std::get<SimulatorOptions>(parsed);
-
+/// Serves until the system wants the program to end; the program's exit code.
+int serve(const SimulatorOptions& options) {
     const TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::terminationRequested, &application,
+    QObject::connect(&termination, &TerminationSignals::terminationRequested, qApp,
                      &QCoreApplication::quit);
     SimulatorServer server(options.simulator);
     printEvents(server);
@@ -75,4 +63,19 @@ int main(int argc, char** argv) {
     for (const QString& name : options.announcements)
         announcer.announce(name, server.port());
     return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("gx7100sim"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("2.1"));
+
+    const auto parsed = SimulatorOptions::parse(QCoreApplication::arguments());
+    if (const auto* message = std::get_if<SimulatorOptions::Message>(&parsed)) {
+        print(message->exitCode == 0 ? stdout : stderr, message->text);
+        return message->exitCode;
+    }
+    return serve(*std::get_if<SimulatorOptions>(&parsed));
 }

@@ -11,6 +11,11 @@ bool isInside(int x, int y) {
     return x >= 0 && x < GraphicsBitmap::width && y >= 0 && y < GraphicsBitmap::height;
 }
 
+std::size_t indexOf(int x, int y) {
+    constexpr std::size_t bytesPerRow = GraphicsBitmap::width / 8;
+    return static_cast<std::size_t>(y) * bytesPerRow + static_cast<std::size_t>(x) / 8;
+}
+
 unsigned char maskOf(int x) {
     return static_cast<unsigned char>(0x80U >> (static_cast<unsigned int>(x) % 8U));
 }
@@ -20,7 +25,7 @@ unsigned char maskOf(int x) {
 void GraphicsBitmap::plot(int x, int y, Ink ink) {
     if (!isInside(x, y))
         return;
-    char& byte = m_bytes[static_cast<std::size_t>(y * bytesPerRow + x / 8)];
+    char& byte = m_bytes[indexOf(x, y)];
     const unsigned char mask = maskOf(x);
     byte = static_cast<char>(ink == Ink::Set ? static_cast<unsigned char>(byte) | mask
                                              : static_cast<unsigned char>(byte) & ~mask);
@@ -29,7 +34,7 @@ void GraphicsBitmap::plot(int x, int y, Ink ink) {
 bool GraphicsBitmap::isSet(int x, int y) const {
     if (!isInside(x, y))
         return false;
-    const char byte = m_bytes[static_cast<std::size_t>(y * bytesPerRow + x / 8)];
+    const char byte = m_bytes[indexOf(x, y)];
     return (static_cast<unsigned char>(byte) & maskOf(x)) != 0;
 }
 

@@ -32,7 +32,5 @@ public:
     bool operator==(const GraphicsBitmap&) const = default;
 
 private:
-    static constexpr int bytesPerRow = width / 8;
-
-    std::string m_bytes = std::string(static_cast<std::size_t>(bytesPerRow) * height, '\0');
+    std::string m_bytes = std::string(std::size_t{width} / 8 * height, '\0');
 };

@@ -11,7 +11,7 @@ QByteArray Peer::take(qsizetype size) {
     if (!enough)
         qWarning("only %lld of %lld bytes came", static_cast<long long>(m_received.size()),
                  static_cast<long long>(size));
-    const QByteArray taken = m_received.first(std::min(size, m_received.size()));
+    QByteArray taken = m_received.first(std::min(size, m_received.size()));
     m_received.remove(0, taken.size());
     return taken;
 }

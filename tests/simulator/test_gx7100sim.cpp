@@ -166,15 +166,21 @@ void TestGx7100sim::help() {
 }
 
 void TestGx7100sim::runsOutOfFiles() {
-    Program program("ulimit -n 24", {"--listen", "127.0.0.1", "--port", "0", "--rate", "0"});
+    Program program("ulimit -n 40", {"--listen", "127.0.0.1", "--port", "0", "--rate", "0"});
     const quint16 port = program.port();
-    {
-        std::vector<std::unique_ptr<Peer>> peers;
-        for (int i = 0; i < 40; ++i)
-            peers.push_back(std::make_unique<Peer>(port));
-        QCOMPARE(peers.front()->take(textUpdateSize).size(), textUpdateSize);
+    constexpr std::size_t allowed = 8;
+    std::vector<std::unique_ptr<Peer>> peers(allowed);
+    for (auto& peer : peers) {
+        peer = std::make_unique<Peer>(port);
+        QCOMPARE(peer->take(textUpdateSize).size(), textUpdateSize);
     }
-    // With those gone, it accepts again.
+    Peer tooMany(port);
+    QVERIFY(tooMany.waitForEnd());
+    QCOMPARE(tooMany.rest(), QByteArray());
+    for (std::size_t i = 0; i < allowed; ++i)
+        program.line();
+    peers.front()->socket().disconnectFromHost();
+    QCOMPARE(program.line(), QString("Disconnected: instrument 1"));
     Peer later(port);
     QCOMPARE(later.take(textUpdateSize).size(), textUpdateSize);
 }

@@ -153,7 +153,7 @@ void TestInstrumentScreen::bitmapText() {
     bitmap.text(0, 0, "1t");
     QByteArray rows;
     for (int row = 0; row < 8; ++row)
-        rows += QByteArray::fromStdString(bitmap.bytes()).mid(30 * row, 2).toHex() + ' ';
+        rows += QByteArray::fromStdString(bitmap.bytes()).mid(qsizetype{30} * row, 2).toHex() + ' ';
     // A figure one, a column of nothing, a T.
     QCOMPARE(rows, QByteArray("23e0 6080 2080 2080 2080 2080 7080 0000 "));
 }

@@ -30,6 +30,7 @@ private slots:
     void connectionsAreIndependent();
     void manyAtOnce();
     void tooManyAtOnce();
+    void acceptsAgainAfterAnError();
     void hugeLength();
     void longTag();
     void slowReaderGetsTheLatest();
@@ -279,6 +280,7 @@ void TestSimulatorServer::manyAtOnce() {
     constexpr int count = 96;
     Listening server(still(PageId::Home));
     std::vector<std::unique_ptr<Peer>> peers;
+    peers.reserve(count);
     for (int i = 0; i < count; ++i)
         peers.push_back(std::make_unique<Peer>(server.port()));
     waitUntilConnected(server, count);
@@ -306,6 +308,17 @@ void TestSimulatorServer::tooManyAtOnce() {
     waitUntilConnected(server, 1);
     Peer fourth(server.port());
     QCOMPARE(fourth.take(textUpdateSize).size(), textUpdateSize);
+}
+
+void TestSimulatorServer::acceptsAgainAfterAnError() {
+    Listening server(still(PageId::Text));
+    // What Qt's server does when the system cannot give it a connection.
+    auto* listener = server.findChild<QTcpServer*>();
+    listener->pauseAccepting();
+    Peer peer(server.port());
+    QTRY_COMPARE_WITH_TIMEOUT(peer.socket().state(), QAbstractSocket::ConnectedState, patience);
+    emit listener->acceptError(QAbstractSocket::SocketResourceError);
+    QCOMPARE(peer.take(textUpdateSize).size(), textUpdateSize);
 }
 
 void TestSimulatorServer::hugeLength() {
@@ -338,7 +351,7 @@ void TestSimulatorServer::slowReaderGetsTheLatest() {
     constexpr int ticks = 5000;
     for (int i = 0; i < ticks; ++i) {
         server.tick(10ms);
-        QVERIFY(server.backlog(1) < 64 * 1024 + 2 * graphicsUpdateSize);
+        QVERIFY(server.backlog(1) < qint64{64} * 1024 + 2 * graphicsUpdateSize);
     }
     const QByteArray latest = QByteArray::fromStdString(server.screen(1).updatePacket());
     peer.resumeReading();
@@ -366,13 +379,13 @@ void TestSimulatorServer::peerThatNeverReads() {
         QByteArrayLiteral("<D>\0\0\x04\x08\0\0\0\0CHAT") + QByteArray(1024, 'x');
     for (qsizetype i = 0; i < count; ++i)
         peer.send(chat);
-    constexpr qint64 limit = 256 * 1024;
-    QTRY_VERIFY_WITH_TIMEOUT(highest >= limit, patience);
+    constexpr qint64 limit = qint64{256} * 1024;
+    QTRY_VERIFY_WITH_TIMEOUT(server.backlog(1) > limit, patience);
     // Once it reads again, everything is answered, and never was more held than a little.
     peer.resumeReading();
     constexpr qsizetype answer = 7 + 8 + 7 + 1024;
     QCOMPARE(peer.take(count * answer).size(), count * answer);
-    QVERIFY2(highest < limit + 16 * 1024, qPrintable(QString::number(highest)));
+    QVERIFY2(highest < limit + qint64{16} * 1024, qPrintable(QString::number(highest)));
 }
 
 void TestSimulatorServer::dropAndStop() {
@@ -407,7 +420,7 @@ void TestSimulatorServer::dropFromWithinAKey() {
     peer.send(keyFrame('a') + keyFrame('b'));
     QVERIFY(peer.waitForEnd());
     QTRY_COMPARE_WITH_TIMEOUT(server.connectionCount(), 0, patience);
-    QVERIFY(keys.size() >= 1);
+    QVERIFY(!keys.isEmpty());
 }
 
 void TestSimulatorServer::listensOnIpv6() {
