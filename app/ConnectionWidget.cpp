@@ -1,7 +1,7 @@
 #include "ConnectionWidget.h"
 
 #include "BundleWalk.h"
-#include "ConnectGX7100.h"
+#include "ConnectGX7100Serial.h"
 #include "NewConnection.h"
 #include "Packet.h"
 #include "ui_ConnectionWidget.h"
@@ -69,6 +69,16 @@ void ConnectionWidget::connectEther(const QString& label, const QString& host, C
     showName();
 }
 
+void ConnectionWidget::connectSerial(const QString& label, ConnectGX7100Serial* link,
+                                     const QString& portName) {
+    m_serial = true;
+    m_host = portName;
+    m_screenLabel = label;
+    _connect(link);
+    m_link->Connect(portName);
+    showName();
+}
+
 void ConnectionWidget::_connect(ConnectGX7100* link) {
     if (link == m_link.get())
         return;
@@ -88,8 +98,12 @@ bool ConnectionWidget::IsConnected() const {
 }
 
 void ConnectionWidget::Disconnect() {
-    if (m_link)
-        m_link->Disconnect();
+    if (!m_link)
+        return;
+    m_link->Disconnect();
+    // The link may take its time to say so, but it takes no more keys.
+    if (!IsConnected())
+        setSendState(false);
 }
 
 void ConnectionWidget::setSendState(bool on) {
@@ -114,7 +128,7 @@ void ConnectionWidget::setFontFamily(const QString& family) {
 
 void ConnectionWidget::doConnect() {
     if (IsConnected()) {
-        m_link->Disconnect();
+        Disconnect();
         return;
     }
     dropLink();

@@ -8,6 +8,7 @@
 #include <string_view>
 
 class ConnectGX7100;
+class ConnectGX7100Serial;
 class QMenu;
 class Ui_ConnectionWidget;
 struct BundleItem;
@@ -29,6 +30,8 @@ public:
     /// `address` its numeric address, scoped by `interfaceIndex` where it is link-local.
     void connectEther(const QString& label, const QString& host, ConnectGX7100* link,
                       const std::string& address, int interfaceIndex, int port);
+    /// Takes a serial link over and opens the port.
+    void connectSerial(const QString& label, ConnectGX7100Serial* link, const QString& portName);
     /// Takes a link over, and nothing else; a link the tile had before is deleted.
     void _connect(ConnectGX7100* link);
 

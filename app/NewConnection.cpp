@@ -1,8 +1,12 @@
 #include "NewConnection.h"
 
 #include "ConnectGX7100Ethernet.h"
+#include "ConnectGX7100Serial.h"
 #include "ConnectionWidget.h"
 #include "ui_NewConnection.h"
+
+#include <QLineEdit>
+#include <QSerialPortInfo>
 
 #include <memory>
 #include <string>
@@ -23,9 +27,17 @@ bool isUntouched(const BonjourBox& list) {
 NewConnection::NewConnection(QWidget* parent)
     : QDialog(parent), m_form(std::make_unique<Ui_NewConnection>()) {
     m_form->setupUi(this);
-    m_form->serialButton->setEnabled(false);
-    m_form->serialPorts->setEnabled(false);
+    m_form->serialPorts->clear();
+    for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts())
+        m_form->serialPorts->addItem(port.portName());
     m_form->etherList->start(QStringLiteral("_gx7100._tcp"), QStringLiteral("local."));
+
+    // Whoever picks an instrument or a port means that kind of connection.
+    const auto meansEther = [this] { m_form->etherButton->setChecked(true); };
+    connect(m_form->etherList, &QComboBox::activated, this, meansEther);
+    connect(m_form->etherList->lineEdit(), &QLineEdit::textEdited, this, meansEther);
+    connect(m_form->serialPorts, &QComboBox::activated, this,
+            [this] { m_form->serialButton->setChecked(true); });
 }
 
 NewConnection::~NewConnection() = default;
@@ -34,8 +46,19 @@ void NewConnection::setFor(bool serial, const QString& label, const QString& hos
     setWindowTitle(tr("Remake Connection"));
     m_form->nameEdit->setText(label);
     (serial ? m_form->serialButton : m_form->etherButton)->setChecked(true);
-    if (serial || host.isEmpty())
-        return;
+    if (serial)
+        selectPort(host);
+    else if (!host.isEmpty())
+        selectInstrument(host);
+}
+
+void NewConnection::selectPort(const QString& name) {
+    const int row = m_form->serialPorts->findText(name, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (row >= 0)
+        m_form->serialPorts->setCurrentIndex(row);
+}
+
+void NewConnection::selectInstrument(const QString& host) {
     m_form->etherList->setDefault(host);
     // What is not on the list was typed.
     if (m_form->etherList->currentText() != host)
@@ -43,6 +66,19 @@ void NewConnection::setFor(bool serial, const QString& label, const QString& hos
 }
 
 void NewConnection::makeConnection(ConnectionWidget* tile) {
+    if (m_form->serialButton->isChecked())
+        makeSerial(tile);
+    else
+        makeEther(tile);
+}
+
+void NewConnection::makeSerial(ConnectionWidget* tile) {
+    auto link = std::make_unique<ConnectGX7100Serial>(tile);
+    tile->connectSerial(m_form->nameEdit->text(), link.release(),
+                        m_form->serialPorts->currentText());
+}
+
+void NewConnection::makeEther(ConnectionWidget* tile) {
     if (isUntouched(*m_form->etherList))
         return;
     std::string address;

@@ -20,9 +20,14 @@ public:
     /// or serial port).
     void setFor(bool serial, const QString& label, const QString& host);
     /// Builds the chosen link and hands it to the tile, which owns it from then on. Does nothing
-    /// when no address was chosen.
+    /// when no instrument was chosen.
     void makeConnection(ConnectionWidget* tile);
 
 private:
+    void selectPort(const QString& name);
+    void selectInstrument(const QString& host);
+    void makeSerial(ConnectionWidget* tile);
+    void makeEther(ConnectionWidget* tile);
+
     std::unique_ptr<Ui_NewConnection> m_form;
 };
