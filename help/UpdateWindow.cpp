@@ -70,6 +70,8 @@ void UpdateWindow::layOut() {
     m_versionLabel->setTextFormat(Qt::RichText);
     m_versionLabel->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_statusLabel->setTextFormat(Qt::PlainText);
+    // The path of a download may be longer than the screen is wide.
+    m_statusLabel->setWordWrap(true);
     m_downloadButton->setEnabled(false);
     m_downloadButton->setAutoDefault(false);
 
@@ -81,7 +83,7 @@ void UpdateWindow::layOut() {
     }
 
     auto* const statusRow = new QHBoxLayout;
-    statusRow->addWidget(m_statusLabel);
+    statusRow->addWidget(m_statusLabel, 1);
     statusRow->addItem(new QSpacerItem(300, 20, QSizePolicy::Expanding, QSizePolicy::Minimum));
     statusRow->addWidget(m_doneButton);
 

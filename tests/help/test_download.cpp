@@ -258,6 +258,17 @@ private slots:
         QVERIFY(m_scene->boxes().isEmpty());
     }
 
+    void aLongPathDoesNotWidenTheDialog() {
+        const QByteArray name = QByteArray("GX7100Group-").repeated(12) + ".dmg";
+        const auto window = m_scene->offered(name);
+        window->show();
+        m_scene->server().answer("/projects/7100/" + name, "installer");
+        UpdateScene::clickDownload(*window);
+        QVERIFY(UpdateScene::statusText(*window).startsWith(QStringLiteral("Stored in ")));
+        QCoreApplication::processEvents();
+        QVERIFY2(window->width() <= 600, qPrintable(QString::number(window->width())));
+    }
+
     void progressCountsInPartsOfEqualSize() {
         const auto window = m_scene->window();
         const auto* const progress = window->findChild<QProgressDialog*>();
