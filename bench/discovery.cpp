@@ -48,7 +48,7 @@ double toolSeconds() {
 void firstInstrumentListed(benchmark::State& state) {
     double dialog = 0;
     double tool = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const double seconds = dialogSeconds();
         state.SetIterationTime(seconds);
         dialog += seconds;

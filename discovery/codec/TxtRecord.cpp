@@ -27,7 +27,7 @@ std::string build(const Keys& keys) {
         if (length > entryLimit || record.size() + 1 + length > recordLimit)
             continue;
         record += static_cast<char>(length);
-        record += key + '=' + value;
+        record.append(key).append(1, '=').append(value);
     }
     return record;
 }
