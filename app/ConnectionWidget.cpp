@@ -1,6 +1,7 @@
 #include "ConnectionWidget.h"
 
 #include "BundleWalk.h"
+#include "CaptureControl.h"
 #include "ConnectGX7100Serial.h"
 #include "NewConnection.h"
 #include "Packet.h"
@@ -27,8 +28,8 @@ int signedByte(std::string_view data, std::size_t index) {
 
 } // namespace
 
-ConnectionWidget::ConnectionWidget(QWidget* parent)
-    : QFrame(parent), m_form(std::make_unique<Ui_ConnectionWidget>()),
+ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
+    : QFrame(parent), m_form(std::make_unique<Ui_ConnectionWidget>()), m_settings(settings),
       m_contextMenu(new QMenu(this)) {
     m_form->setupUi(this);
     LCD7100* display = m_form->theDisplay;
@@ -41,6 +42,7 @@ ConnectionWidget::ConnectionWidget(QWidget* parent)
     connect(m_form->connectBtn, &QToolButton::clicked, this, &ConnectionWidget::doConnect);
     connect(display, &LCD7100::MakeKey, this, &ConnectionWidget::displayKey);
     connect(m_form->killBtn, &QToolButton::clicked, this, &ConnectionWidget::suicide);
+    connect(display, &LCD7100::showScreenCapture, this, &ConnectionWidget::showCaptureWindow);
     connect(display, &LCD7100::fontFamilyChanged, this, &ConnectionWidget::fontFamilyChanged);
     connect(display, &LCD7100::colorChanged, this, &ConnectionWidget::colorChanged);
     setSendState(false);
@@ -181,6 +183,25 @@ void ConnectionWidget::keyPressed(unsigned short code) {
 void ConnectionWidget::signalFor7100(std::string packet) {
     if (receivesKeys())
         m_link->slotTo(packet);
+}
+
+void ConnectionWidget::showCaptureWindow() {
+    if (!m_captureWindow) {
+        m_captureWindow = std::make_unique<CaptureControl>(m_settings, nullptr);
+        connect(m_captureWindow.get(), &CaptureControl::capture, m_form->theDisplay,
+                &LCD7100::capture);
+    }
+    // The tile may have been connected anew since.
+    m_captureWindow->setWindowTitle(m_form->nameLabel->text());
+    m_captureWindow->setWindowState(m_captureWindow->windowState() & ~Qt::WindowMinimized);
+    m_captureWindow->show();
+    m_captureWindow->raise();
+    m_captureWindow->activateWindow();
+}
+
+void ConnectionWidget::closeCaptureWindow() {
+    if (m_captureWindow)
+        m_captureWindow->close();
 }
 
 void ConnectionWidget::contextMenu(QPoint /*position*/) {

@@ -7,9 +7,11 @@
 #include <string>
 #include <string_view>
 
+class CaptureControl;
 class ConnectGX7100;
 class ConnectGX7100Serial;
 class QMenu;
+class QSettings;
 class Ui_ConnectionWidget;
 struct BundleItem;
 
@@ -23,7 +25,9 @@ class ConnectionWidget : public QFrame {
     Q_OBJECT
 
 public:
-    explicit ConnectionWidget(QWidget* parent = nullptr);
+    /// `settings` keeps what the capture window shows from run to run; not owned. Without it
+    /// nothing is kept.
+    explicit ConnectionWidget(QWidget* parent = nullptr, QSettings* settings = nullptr);
     ~ConnectionWidget() override;
 
     /// Takes a network link over and connects it. `host` is the instrument's name as shown,
@@ -43,6 +47,8 @@ public:
     void setSendState(bool on);
     void setColor(const QByteArray& colors);
     void setFontFamily(const QString& family);
+    /// Closes the capture window, which thereby stores what it shows. The settings must be alive.
+    void closeCaptureWindow();
 
 public slots:
     /// The connect button: drops an open link, otherwise asks for the instrument to connect to.
@@ -56,6 +62,8 @@ public slots:
     void keyPressed(unsigned short code);
     /// Sends an instrument packet if this tile's instrument receives keys.
     void signalFor7100(std::string packet);
+    /// Shows the window in which the operator saves this screen as PDF files.
+    void showCaptureWindow();
     void contextMenu(QPoint position);
 
 signals:
@@ -84,5 +92,7 @@ private:
     bool m_serial = false;
     QString m_host;
     QString m_screenLabel;
+    QSettings* m_settings;
+    std::unique_ptr<CaptureControl> m_captureWindow;
     QMenu* m_contextMenu = nullptr;
 };

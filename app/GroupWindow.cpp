@@ -109,7 +109,7 @@ void GroupWindow::createMenus() {
 
 void GroupWindow::addEmptyConnection(bool grow) {
     const int tilesBefore = static_cast<int>(m_tiles.size());
-    auto* tile = new ConnectionWidget(m_form->centralWidget);
+    auto* tile = new ConnectionWidget(m_form->centralWidget, &m_store);
     place(tile, tilesBefore);
     if (grow)
         resizeTo(grid::grown(geometry(), tilesBefore, m_maxColumns));
@@ -140,6 +140,7 @@ void GroupWindow::removalRequest(ConnectionWidget* tile) {
         return;
     disconnect(tile);
     tile->disconnect(this);
+    tile->closeCaptureWindow();
     m_form->gridLayout->removeWidget(tile);
     for (ConnectionWidget* other : std::as_const(m_tiles))
         m_form->gridLayout->removeWidget(other);
@@ -271,6 +272,9 @@ void GroupWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
+    // They have no parent: any that stayed open would keep the program running.
+    for (ConnectionWidget* tile : std::as_const(m_tiles))
+        tile->closeCaptureWindow();
     const GroupSettings settings{.geometry = saveGeometry(),
                                  .maxColumns = m_maxColumns,
                                  .count = static_cast<int>(m_tiles.size()),
