@@ -224,7 +224,7 @@ void GroupWindow::showKbd() {
                 &GroupWindow::keyPressed);
     }
     if (m_keyboard->isVisible())
-        m_keyboard->activateWindow();
+        m_keyboard->takeKeyboard();
     else
         m_keyboard->show();
     m_keyboard->raise();

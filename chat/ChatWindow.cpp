@@ -110,13 +110,14 @@ void ChatWindow::append(const QColor& color, const QString& text) {
 
 void ChatWindow::showWithoutKeyboard() {
     QWidget* const typedInto = QApplication::activeWindow();
+    const bool restored = isMinimized();
     setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     setAttribute(Qt::WA_ShowWithoutActivating, false);
     raise();
-    if (typedInto && typedInto != this) {
-        // Some desktops give the keyboard to a window that was minimised all the same.
+    if (restored && typedInto && typedInto != this) {
+        // No attribute keeps a window that is restored from taking the keyboard.
         typedInto->activateWindow();
     }
     QApplication::alert(this);

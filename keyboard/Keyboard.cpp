@@ -33,7 +33,7 @@ Keyboard::Keyboard(QWidget* parent)
     connect(m_ui->actionNavKeys, &QAction::toggled, this, &Keyboard::showNavKeys);
     connect(m_ui->actionFctKeys, &QAction::toggled, this, &Keyboard::showFctKeys);
     new EvenKeys(m_ui->keyGrid);
-    new KeypadFocus(this);
+    m_focus = new KeypadFocus(this);
     relabelKeys();
 }
 
@@ -77,6 +77,10 @@ void Keyboard::relabelKeys() {
         key->relabel(state());
     }
     m_ui->navKeys->relabel(state());
+}
+
+void Keyboard::takeKeyboard() {
+    m_focus->takeKeyboard();
 }
 
 void Keyboard::showNavKeys(bool show) {

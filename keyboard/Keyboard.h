@@ -9,6 +9,7 @@
 #include <memory>
 
 class FlexLabel;
+class KeypadFocus;
 class LetterButton;
 class Ui_Keyboard;
 
@@ -16,9 +17,9 @@ class Ui_Keyboard;
 /// stays above its parent.
 ///
 /// Emits keyPressed(unsigned short) with the code of every key clicked. It knows nothing of
-/// instruments; its parent sends the codes, and handles what is typed while the palette is active
-/// (see KeypadFocus). Its Shift and Ctrl stay down until clicked again or until showModState()
-/// mirrors those of the computer keyboard.
+/// instruments; its parent sends the codes, and handles what is typed while the palette has the
+/// keyboard (see KeypadFocus). Its Shift and Ctrl stay down until clicked again or until
+/// showModState() mirrors those of the computer keyboard.
 class Keyboard : public QWidget {
     Q_OBJECT
 
@@ -30,6 +31,9 @@ public:
     void showModState(bool shift, bool ctrl);
     /// Labels every key for the present state of Shift and Ctrl.
     void relabelKeys();
+    /// Gives the computer's keyboard to the visible palette, whose keys can then be walked with
+    /// Tab.
+    void takeKeyboard();
     /// Shows or hides the cursor and screen keys.
     void showNavKeys(bool show);
     /// Shows or hides the function keys.
@@ -50,4 +54,5 @@ private:
 
     std::unique_ptr<Ui_Keyboard> m_ui;
     QList<LetterButton*> m_keys;
+    KeypadFocus* m_focus;
 };

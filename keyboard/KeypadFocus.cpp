@@ -9,6 +9,8 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <utility>
+
 namespace {
 
 Qt::ArrowType arrowOf(int key) {
@@ -51,8 +53,23 @@ KeypadFocus::KeypadFocus(QWidget* palette) : QObject(palette), m_palette(palette
     for (QAbstractButton* button : buttons) {
         button->installEventFilter(this);
     }
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &KeypadFocus::rememberTypedInto);
-    rememberTypedInto(QGuiApplication::focusWindow());
+    palette->setWindowFlag(Qt::WindowDoesNotAcceptFocus);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &KeypadFocus::keyboardMoved);
+}
+
+void KeypadFocus::takeKeyboard() {
+    // The widget's own flag stays: changing that would hide the window.
+    m_palette->windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, false);
+    m_palette->activateWindow();
+}
+
+void KeypadFocus::keyboardMoved(const QWindow* focused) {
+    // Not left to events of the palette: many styles count it as active while its owner is.
+    QWindow* const window = m_palette->windowHandle();
+    const bool had = std::exchange(m_hasKeyboard, window && window == focused);
+    if (had && !m_hasKeyboard && window) {
+        window->setFlag(Qt::WindowDoesNotAcceptFocus);
+    }
 }
 
 bool KeypadFocus::eventFilter(QObject* watched, QEvent* event) {
@@ -62,11 +79,6 @@ bool KeypadFocus::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyRelease:
         typeOn(static_cast<QKeyEvent*>(event));
         return true;
-    case QEvent::MouseButtonRelease:
-        if (m_typedInto) {
-            m_typedInto->requestActivate();
-        }
-        return false;
     default:
         return QObject::eventFilter(watched, event);
     }
@@ -108,11 +120,5 @@ void KeypadFocus::moveFrom(QAbstractButton* focused, Qt::ArrowType direction) {
 void KeypadFocus::typeOn(QKeyEvent* event) {
     if (QWidget* const owner = m_palette->parentWidget()) {
         QCoreApplication::sendEvent(owner->window(), event);
-    }
-}
-
-void KeypadFocus::rememberTypedInto(QWindow* window) {
-    if (window && window != m_palette->windowHandle()) {
-        m_typedInto = window;
     }
 }

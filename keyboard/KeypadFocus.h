@@ -1,20 +1,19 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 
 class QAbstractButton;
 class QKeyEvent;
 class QWidget;
 class QWindow;
 
-/// Where the computer keyboard's keys go while the palette is the active window.
+/// Where the computer keyboard's keys go while the palette is used.
 ///
-/// What is typed is meant for the instruments, so it goes on to the window that the palette
-/// belongs to, which handles it as if it had been typed there. A mouse click in the palette leaves
-/// the keyboard with the window that had it. Only who walks into the palette with Tab works it with
-/// the keyboard: then the arrow keys lead to the neighbouring key, Space and Enter press the key
-/// that has the focus, and anything else is typed again and takes the focus off the keys.
+/// The palette is a window that does not accept the keyboard: a click in it leaves that with the
+/// window that has it. Only takeKeyboard() makes it the active window, until another one is. Then
+/// Tab walks the keys, the arrow keys lead from the key that has the focus to its neighbours, and
+/// Space and Enter press it. Anything else is meant for the instruments: it takes the focus off the
+/// keys and goes on to the window that the palette belongs to, as if it had been typed there.
 class KeypadFocus : public QObject {
     Q_OBJECT
 
@@ -22,15 +21,17 @@ public:
     /// Watches `palette` and all its buttons, and lives as long as it.
     explicit KeypadFocus(QWidget* palette);
 
+    /// Gives the keyboard to the palette, which must be visible.
+    void takeKeyboard();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void keyboardMoved(const QWindow* focused);
     bool keyPress(QAbstractButton* focused, QKeyEvent* event);
     void moveFrom(QAbstractButton* focused, Qt::ArrowType direction);
     void typeOn(QKeyEvent* event);
-    void rememberTypedInto(QWindow* window);
 
     QWidget* m_palette;
-    /// The window that had the keyboard before the palette.
-    QPointer<QWindow> m_typedInto;
+    bool m_hasKeyboard = false;
 };

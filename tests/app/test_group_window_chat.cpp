@@ -37,7 +37,6 @@ private slots:
     void receivedLineIsLiteral();
     void senderIsNotShown();
     void bothWaysWithSimulatedInstruments();
-    void keysTypedMeanwhileReachTheInstrument();
     void minimisedWindowComesBack();
     void geometryIsStoredOnClosing();
     void closingTheWindowEndsTheProgram();
@@ -203,25 +202,6 @@ void TestGroupWindowChat::bothWaysWithSimulatedInstruments() {
     QCOMPARE(colorOf(2), QColor(255, 0, 0));
     QCOMPARE(packets.size(), 1);
     QCOMPARE(packets[0][0].toInt(), 1);
-}
-
-void TestGroupWindowChat::keysTypedMeanwhileReachTheInstrument() {
-    RawInstrument instrument;
-    connectFirstTile(instrument);
-    window().activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window()));
-    window().incomingChat({}, QStringLiteral("interrupting"));
-    QVERIFY(QTest::qWaitForWindowExposed(chat()));
-    QTRY_VERIFY_WITH_TIMEOUT(window().isActiveWindow(), kPatience);
-    QTest::keyClick(QApplication::activeWindow(), Qt::Key_X);
-    QTRY_COMPARE_WITH_TIMEOUT(instrument.received().toHex(),
-                              QByteArray("3c443e"
-                                         "0000000a"
-                                         "00000000"
-                                         "4b455953"
-                                         "0078"),
-                              kPatience);
-    QCOMPARE(input()->currentText(), QString());
 }
 
 void TestGroupWindowChat::minimisedWindowComesBack() {

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTimer>
 #include <QToolBar>
+#include <QWindow>
 
 #include <memory>
 
@@ -46,6 +47,10 @@ private slots:
     void closingTheWindowEndsTheProgram();
 
 private:
+    /// Not isActiveWindow(): that is true of the palette while the window is active.
+    static bool hasKeyboard(const QWidget* shown) {
+        return QGuiApplication::focusWindow() == shown->windowHandle();
+    }
     GroupWindow& window() const { return m_person->window(); }
     /// Connects the first tile to the instrument and clicks its frame red.
     void connectFirstTile() {
@@ -106,10 +111,10 @@ void TestGroupWindowKeypad::isMadeOnce() {
     QVERIFY(palette()->isVisible());
     QCOMPARE(palette()->parentWidget(), &window());
     window().activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window()));
+    QTRY_VERIFY(hasKeyboard(&window()));
     // Asked for when it is there already, it gets the keyboard.
     m_person->trigger(QStringLiteral("Keyboard"));
-    QVERIFY(QTest::qWaitForWindowActive(palette()));
+    QTRY_VERIFY(hasKeyboard(palette()));
     palette()->close();
     m_person->trigger(QStringLiteral("Keyboard"));
     QVERIFY(palette()->isVisible());
@@ -196,8 +201,8 @@ void TestGroupWindowKeypad::modifiersTypedInThePaletteAreMirrored() {
 
 void TestGroupWindowKeypad::shortcutsWorkInThePalette() {
     m_person->trigger(QStringLiteral("Keyboard"));
-    palette()->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(palette()));
+    palette()->takeKeyboard();
+    QTRY_VERIFY(hasKeyboard(palette()));
     QSignalSpy asked(keyboardAction(), &QAction::triggered);
     QSignalSpy codes(&window(), &GroupWindow::keyPressed);
     QTest::keyClick(palette()->windowHandle(), Qt::Key_K, Qt::ControlModifier);
