@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -65,6 +66,8 @@ void LCD7100::setSize(int columns, int rows, int pixelWidth, int pixelHeight) {
 
     m_graphWidth = std::clamp(pixelWidth, 1, maxGraphSide);
     m_graphHeight = std::clamp(pixelHeight, 1, maxGraphSide);
+    m_graphBits.fill(0, GraphImage7100::packedSize(m_graphWidth, m_graphHeight));
+    m_graphWaits = false;
     m_graphics = QImage(m_graphWidth, m_graphHeight, QImage::Format_RGB32);
     m_graphics.fill(backColor());
 }
@@ -101,18 +104,28 @@ void LCD7100::render(bool force) {
 }
 
 void LCD7100::setFullGraphics(const char* bits) {
-    setFullGraphics(GraphImage7100(m_graphWidth, m_graphHeight, bits));
+    setFullGraphics(std::string_view(bits, static_cast<std::size_t>(m_graphBits.size())));
 }
 
 void LCD7100::setFullGraphics(std::string_view bits) {
-    QVector<char> whole(GraphImage7100::packedSize(m_graphWidth, m_graphHeight));
-    fillCells(whole, bits);
-    setFullGraphics(whole.constData());
+    fillCells(m_graphBits, bits);
+    m_graphColors = m_colors;
+    m_graphWaits = true;
+    update();
 }
 
 void LCD7100::setFullGraphics(GraphImage7100 picture) {
+    m_graphWaits = false;
     m_graphics = picture.toColor(m_colors.textColor(), m_colors.backgroundColor());
     update();
+}
+
+const QImage& LCD7100::graphics() {
+    if (std::exchange(m_graphWaits, false)) {
+        const GraphImage7100 picture(m_graphWidth, m_graphHeight, m_graphBits.constData());
+        m_graphics = picture.toColor(m_graphColors.textColor(), m_graphColors.backgroundColor());
+    }
+    return m_graphics;
 }
 
 void LCD7100::clearDisplay() {
@@ -159,7 +172,7 @@ void LCD7100::setGraphicsMode(bool /*on*/) {}
 void LCD7100::capture(CaptureInfo info) {
     screenpdf::write(info, size(), [this, &info](QPainter& painter, const QSize& image) {
         if (!m_textMode) {
-            painter.drawImage(QRect(QPoint(0, 0), image), m_graphics);
+            painter.drawImage(QRect(QPoint(0, 0), image), graphics());
             return;
         }
         m_renderer.drawNow(painter, image);
@@ -228,7 +241,7 @@ void LCD7100::paintEvent(QPaintEvent* /*event*/) {
         return;
     QPainter painter(this);
     if (!m_textMode) {
-        painter.drawImage(rect(), m_graphics);
+        painter.drawImage(rect(), graphics());
         return;
     }
     painter.drawPixmap(rect(), m_textPixmap);

@@ -113,6 +113,7 @@ protected:
 private:
     void paintCursor(QPainter& painter, const QSize& size, const LCDTextCursor& cursor) const;
     void render(bool force);
+    const QImage& graphics();
 
     bool m_textMode = true;
     int m_columns = 0;
@@ -124,6 +125,11 @@ private:
     text_renderthread m_renderer;
     QVector<char> m_text;
     QVector<char> m_attr;
+    /// The last picture, unpacked by graphics() when there is somebody to see it: an instrument can
+    /// send pictures much faster than they can be unpacked.
+    QVector<char> m_graphBits;
+    ColorTables m_graphColors;
+    bool m_graphWaits = false;
     QImage m_graphics;
     ColorTables m_colors;
     QPixmap m_textPixmap;

@@ -2,6 +2,8 @@
 #include "LCD7100.h"
 #include "TestEnvironment.h"
 
+#include <QElapsedTimer>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -106,6 +108,7 @@ private slots:
     void notRedrawn_data();
     void notRedrawn();
     void emptyBundleRedraws();
+    void countlessPicturesCostLittle();
     void cursor_data();
     void cursor();
     void cursorOutsideTheScreen();
@@ -201,6 +204,23 @@ void TestIncomingBundle::emptyBundleRedraws() {
     tile.display().setTextWait(std::string(cells, 'B'));
     tile.widget.incomingPacket(bundle({}));
     QTRY_COMPARE_WITH_TIMEOUT(tile.image(), other.image(), patience);
+}
+
+void TestIncomingBundle::countlessPicturesCostLittle() {
+    Tile tile;
+    std::string body;
+    for (int i = 0; i < 1000000; ++i)
+        body += "G\0\0\0\0"s;
+    body += "G\0\0\0\3\xff\x0f\xff"s;
+    QElapsedTimer timer;
+    timer.start();
+    tile.widget.incomingPacket(bundle(body));
+    // A thousand times what it takes, and a fraction of what unpacking each picture would.
+    QVERIFY(timer.elapsed() < 30000);
+
+    Reference reference;
+    graphics("\xff\x0f\xff"s)(reference.display);
+    QCOMPARE(tile.image(), reference.image());
 }
 
 void TestIncomingBundle::cursor_data() {

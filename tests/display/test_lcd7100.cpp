@@ -272,6 +272,35 @@ private slots:
                  graphicsPicture(QSize(480, 240), bits, QColor(1, 2, 3), QColor(200, 210, 220)));
     }
 
+    void graphicsHaveTheColoursOfTheirArrival() {
+        ShownLcd shown;
+        QVERIFY(shown.shows());
+        const std::string bits = oneLitPixel(100, 30);
+        shown.lcd.setTextMode(false);
+        shown.lcd.setFullGraphics(bits.data());
+        // Before it has been painted for the first time.
+        shown.lcd.setColors(QColor(1, 2, 3), QColor(200, 210, 220), QColor(9, 9, 9));
+        QCOMPARE(shown.picture(),
+                 graphicsPicture(QSize(480, 240), bits, Qt::blue, QColor(224, 224, 224)));
+    }
+
+    void theLatestGraphicsAreShown() {
+        ShownLcd shown;
+        QVERIFY(shown.shows());
+        const std::string bits = oneLitPixel(100, 30);
+        const std::string blank(1920, '\0');
+        const auto picture = [](const std::string& lit) {
+            return graphicsPicture(QSize(480, 240), lit, Qt::blue, QColor(224, 224, 224));
+        };
+        shown.lcd.setTextMode(false);
+        shown.lcd.setFullGraphics(blank.data());
+        shown.lcd.setFullGraphics(GraphImage7100(240, 64, bits.data()));
+        QCOMPARE(shown.picture(), picture(bits));
+        shown.lcd.setFullGraphics(bits.data());
+        shown.lcd.setSize(40, 8, 240, 64);
+        QCOMPARE(shown.picture(), picture(blank));
+    }
+
     void bothModesKeepTheirPictures() {
         ShownLcd shown;
         shown.set(ReferencePainter::randomScreen(5));
