@@ -15,9 +15,10 @@ struct Row {
 
 /// The codes of a key that has a group of its own and carries the modifier value in the low byte.
 constexpr Codes inGroup(unsigned char group) {
+    const unsigned int plain = group * 0x100U;
     Codes codes{};
     for (std::size_t m = 0; m < codes.size(); ++m)
-        codes[m] = static_cast<unsigned short>(group * 0x100U + m);
+        codes[m] = static_cast<unsigned short>(plain + m);
     return codes;
 }
 
