@@ -19,7 +19,8 @@ ConnectGX7100Serial::ConnectGX7100Serial(QWidget* parent, SerialTimings timings)
     : ConnectGX7100(parent), m_timings(timings) {}
 
 ConnectGX7100Serial::~ConnectGX7100Serial() {
-    delete m_thread;
+    // Forgotten first: this object hears of its children's end.
+    delete std::exchange(m_thread, nullptr);
 }
 
 void ConnectGX7100Serial::Connect(const QString& portName) {
