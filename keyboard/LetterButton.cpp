@@ -35,7 +35,8 @@ QSize LetterButton::sizeHint() const {
     };
     const int shown = width(text());
     int widest = shown;
-    for (unsigned char state = 0; state < m_codes.size(); ++state) {
+    constexpr std::array<unsigned char, 4> kStates{0, 1, 2, 3};
+    for (const unsigned char state : kStates) {
         widest = std::max(widest, width(label(state)));
     }
     hint.rwidth() += widest - shown;
