@@ -1,5 +1,6 @@
 #include "GroupWindow.h"
 
+#include "ChatInbox.h"
 #include "ChatWindow.h"
 #include "ConnectGX7100.h"
 #include "ConnectionWidget.h"
@@ -35,7 +36,7 @@ constexpr int settleTime = 50;
 
 GroupWindow::GroupWindow(QWidget* parent)
     : QMainWindow(parent), m_form(std::make_unique<Ui_GroupWindow>()),
-      m_help(new HelpGroup(this, this)),
+      m_help(new HelpGroup(this, this)), m_chatInbox(new ChatInbox(this)),
       m_store(QStringLiteral("VESTRA"), QStringLiteral("group7100")) {
     QApplication::setApplicationName(QStringLiteral("GX7100Group"));
     QApplication::setApplicationVersion(QStringLiteral("2.1"));
@@ -43,6 +44,7 @@ GroupWindow::GroupWindow(QWidget* parent)
     m_form->setupUi(this);
     setWindowTitle(
         tr("%1 %2").arg(QApplication::applicationName(), QApplication::applicationVersion()));
+    connect(m_chatInbox, &ChatInbox::arrived, this, &GroupWindow::showReceivedChat);
     createActions();
     createToolBar();
     createMenus();
@@ -205,8 +207,13 @@ void GroupWindow::showChat() {
 }
 
 void GroupWindow::incomingChat(const QString& /*from*/, const QString& text) {
+    m_chatInbox->add(text);
+}
+
+void GroupWindow::showReceivedChat(const QStringList& lines) {
     chat().showWithoutKeyboard();
-    chat().incoming(text);
+    for (const QString& line : lines)
+        chat().incoming(line);
 }
 
 void GroupWindow::outgoingChat(const QString& text) {
@@ -282,6 +289,14 @@ void GroupWindow::closeEvent(QCloseEvent* event) {
                                  .fontFamily = m_fontFamily};
     settings.save(m_store);
     event->accept();
+}
+
+void GroupWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    // A key that is let go over another window is never told; this one must not seem held for ever.
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow() && m_modifierLabel &&
+        !m_modifierLabel->text().isEmpty())
+        showModState(false, false);
 }
 
 bool GroupWindow::focusNextPrevChild(bool /*next*/) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+class ChatInbox;
 class ChatWindow;
 class ConnectionWidget;
 class HelpGroup;
@@ -63,6 +64,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     /// Tab is a key of the instrument's, not a way around the window.
     bool focusNextPrevChild(bool next) override;
 
@@ -71,6 +73,7 @@ private:
     void createToolBar();
     void createMenus();
     ChatWindow& chat();
+    void showReceivedChat(const QStringList& lines);
     void setSendStateOfConnected(bool on);
     void place(ConnectionWidget* tile, int index);
     void resizeTo(const QRect& target);
@@ -82,6 +85,7 @@ private:
     HelpGroup* m_help;
     Keyboard* m_keyboard = nullptr;
     ChatWindow* m_chat = nullptr;
+    ChatInbox* m_chatInbox;
     int m_maxColumns = 2;
     QSettings m_store;
     QByteArray m_colors;

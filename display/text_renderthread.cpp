@@ -120,7 +120,9 @@ QImage text_renderthread::render(Request& request) {
     request.screen.fitFont(image.size());
     {
         const QMutexLocker lock(&m_mutex);
-        m_screen.sizing = request.screen.sizing;
+        // Another grid means other cells: a size chosen for those of before is of no use to it.
+        if (m_screen.columns == request.screen.columns && m_screen.rows == request.screen.rows)
+            m_screen.sizing = request.screen.sizing;
     }
     QPainter painter(&image);
     request.screen.paintText(painter, image.size(), m_restart);

@@ -96,6 +96,7 @@ private slots:
     void keysAfterTheScreenInFocusIsRemoved();
     void heldKeyRepeats();
     void modifierKeys();
+    void aModifierIsNotHeldPastTheWindow();
     void keypadKeys();
     void outgoingChatReachesReceivers();
     void onlyFramedTilesReceive();
@@ -413,6 +414,21 @@ void TestGroupWindow::modifierKeys() {
     QCOMPARE(window.modifierText(), QString());
     QVERIFY(states.empty());
     QCOMPARE(codes.size(), 1);
+}
+
+void TestGroupWindow::aModifierIsNotHeldPastTheWindow() {
+    const Window window;
+    window.widget->show();
+    window.widget->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window.widget.get()));
+    QTest::keyPress(window.widget.get(), Qt::Key_Shift, Qt::ShiftModifier);
+    QCOMPARE(window.modifierText(), QStringLiteral("Shift "));
+    // The key is let go while this window has the keyboard, so nobody tells the first.
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QTRY_COMPARE_WITH_TIMEOUT(window.modifierText(), QString(), 60000);
 }
 
 void TestGroupWindow::keypadKeys() {
