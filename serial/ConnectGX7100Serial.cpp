@@ -4,6 +4,8 @@
 #include "SerialPacket.h"
 #include "TermSerialThread.h"
 
+#include <QEvent>
+
 #include <utility>
 
 namespace {
@@ -95,7 +97,7 @@ void ConnectGX7100Serial::sendToBackChannel(std::string_view body) {
 }
 
 bool ConnectGX7100Serial::event(QEvent* event) {
-    if (m_thread)
+    if (m_thread && event->type() == QEvent::MetaCall)
         m_thread->awaitHandover();
     return ConnectGX7100::event(event);
 }

@@ -14,6 +14,11 @@ bool isType(char byte) {
     return types.find(byte) != std::string_view::npos;
 }
 
+/// Whether an instrument that wants something of a transfer begins with this byte.
+bool isRequest(char byte) {
+    return byte == enquiry || (byte >= 'K' && byte <= 'R');
+}
+
 } // namespace
 
 void LTermBuffer::Add(const char* bytes, unsigned int count) {
@@ -60,7 +65,15 @@ void LTermBuffer::startPayload(unsigned char lengthLow) {
     m_state = m_type == fileTransferType ? State::FileTransfer : State::Payload;
 }
 
+void LTermBuffer::startTransferBytes(char first) {
+    m_dropping = m_dropping && !isRequest(first);
+    if (m_dropping)
+        m_state = State::DroppedTransfer;
+}
+
 const char* LTermBuffer::takePayload(const char* next, const char* end) {
+    if (m_state == State::FileTransfer && m_taken == 0)
+        startTransferBytes(*next);
     const auto run = std::min<std::ptrdiff_t>(m_length - m_taken, end - next);
     if (m_state == State::FileTransfer)
         m_fxBytes.insert(m_fxBytes.end(), next, next + run);
@@ -94,6 +107,7 @@ unsigned char LTermBuffer::GetFX() {
 
 void LTermBuffer::dropFX() {
     m_fxBytes.clear();
+    m_dropping = true;
     if (m_state == State::FileTransfer)
         m_state = State::DroppedTransfer;
 }

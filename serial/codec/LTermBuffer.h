@@ -26,8 +26,9 @@ public:
     bool hasFX() const { return !m_fxBytes.empty(); }
     /// Takes the oldest file-transfer byte. An empty queue gives 0, like a received 0: ask hasFX().
     unsigned char GetFX();
-    /// Forgets the file-transfer bytes that are there and those still to come of the packet that is
-    /// being received: what is left of a block when its transfer is given up is no new request.
+    /// Forgets the file-transfer bytes of a transfer that was given up: those that are there, and
+    /// those still to come until a packet begins like a request. What is left of a file on the line
+    /// would be full of bytes that look like one.
     void dropFX();
     /// Discards file-transfer bytes up to and including one that decides what is to be done: true
     /// when the instrument sends a file (ENQ, 'L': mode 0; 'R': mode 1), false when it may be sent
@@ -46,6 +47,7 @@ private:
     };
 
     void startPayload(unsigned char lengthLow);
+    void startTransferBytes(char first);
     const char* takePayload(const char* next, const char* end);
 
     std::string m_payload;
@@ -56,4 +58,5 @@ private:
     unsigned char m_lengthHigh = 0;
     std::uint32_t m_length = 0;
     std::uint32_t m_taken = 0;
+    bool m_dropping = false;
 };

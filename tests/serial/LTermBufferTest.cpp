@@ -21,6 +21,7 @@ private slots:
     void start_of_a_transfer_data();
     void start_of_a_transfer();
     void dropped_transfer_bytes();
+    void what_ends_the_dropping();
     void runs_of_garbage_and_packets_do_not_depend_on_the_chunks();
 };
 
@@ -238,18 +239,31 @@ void LTermBufferTest::dropped_transfer_bytes() {
     add(buffer, QByteArray::fromHex("410a000161 580a000101 580a0004 4c52"));
     buffer.dropFX();
     QVERIFY(!buffer.hasFX());
-    // The rest of the packet goes the same way, the next one does not.
+    // The rest of the packet goes the same way, and so do whole packets of a file.
     add(buffer, QByteArray::fromHex("05"));
+    add(buffer, QByteArray::fromHex("4c 580a00011d 580a0005 00014c5205"));
     QVERIFY(!buffer.hasFX());
-    add(buffer, QByteArray::fromHex("4c 580a000152 430a000163"));
-    QCOMPARE(drain(buffer), "A:a;C:c;|R");
+    // Other packets pass, and one that begins like a request ends it for all that follow.
+    add(buffer, QByteArray::fromHex("430a000163 580a000252 00 580a000100"));
+    QCOMPARE(drain(buffer), QByteArray("A:a;C:c;|R\0\0", 12));
 
-    // Between and inside other packets there is nothing more to drop.
-    buffer.dropFX();
+    // Inside another packet there is nothing to drop but what comes later.
     add(buffer, QByteArray::fromHex("580a00014b 540a000261"));
     buffer.dropFX();
-    add(buffer, QByteArray::fromHex("62 580a00014b"));
+    add(buffer, QByteArray::fromHex("62 580a00011d 580a00014b"));
     QCOMPARE(drain(buffer), "T:ab;|K");
+}
+
+void LTermBufferTest::what_ends_the_dropping() {
+    QByteArray requests;
+    for (int value = 0; value < 256; ++value) {
+        LTermBuffer buffer;
+        buffer.dropFX();
+        add(buffer, QByteArray::fromHex("580a0001") + static_cast<char>(value));
+        if (buffer.hasFX())
+            requests += static_cast<char>(value);
+    }
+    QCOMPARE(requests, "\x05KLMNOPQR");
 }
 
 void LTermBufferTest::runs_of_garbage_and_packets_do_not_depend_on_the_chunks() {
