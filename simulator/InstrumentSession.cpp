@@ -38,7 +38,7 @@ void InstrumentSession::receive(const std::string& packet) {
 }
 
 void InstrumentSession::sendScreen() {
-    m_screenWaits = m_transport->backlog() > longestUpdateBacklog;
+    m_screenWaits = m_transport->backlog() > m_transport->updateLimit();
     if (!m_screenWaits)
         m_transport->send(m_instrument.updatePacket());
 }

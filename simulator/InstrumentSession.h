@@ -15,8 +15,6 @@ class InstrumentSession : public QObject {
     Q_OBJECT
 
 public:
-    /// Backlog in bytes above which screen updates wait.
-    static constexpr qint64 longestUpdateBacklog = qint64{64} * 1024;
     /// Key codes that are remembered.
     static constexpr std::size_t rememberedKeys = 4096;
 

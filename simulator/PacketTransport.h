@@ -20,6 +20,9 @@ public:
     /// Bytes that are queued because the peer does not take them.
     virtual qint64 backlog() const = 0;
 
+    /// Backlog in bytes above which screen updates wait.
+    virtual qint64 updateLimit() const { return qint64{64} * 1024; }
+
     /// Breaks the connection off at once; closed() follows, if it had not been emitted before.
     virtual void close() = 0;
 

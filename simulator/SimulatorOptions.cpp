@@ -1,6 +1,7 @@
 #include "SimulatorOptions.h"
 
 #include "Fault.h"
+#include "SerialOptions.h"
 
 #include <QCommandLineParser>
 #include <QRandomGenerator>
@@ -81,6 +82,8 @@ QString helpText(const QCommandLineParser& parser) {
                     .arg(QString::fromUtf8(kind.name), -16)
                     .arg(SimulatorOptions::tr(kind.description));
     }
+    text += QLatin1Char('\n') + SimulatorOptions::tr("Faults of a serial line:\n") +
+            SerialOptions::listOfFaults();
     return text;
 }
 
@@ -101,6 +104,8 @@ std::variant<SimulatorOptions, Message> SimulatorOptions::parse(const QStringLis
            "computer (such as 127.0.0.1) and connect. Ctrl+C ends the simulator."));
     parser.addOptions({options.help, options.version, options.listen, options.port, options.rate,
                        options.seed, options.page, options.name, options.announce, options.fault});
+    const SerialOptions serialOptions;
+    parser.addOptions(serialOptions.all());
     if (!parser.parse(arguments))
         return complaint(parser.errorText());
     if (parser.isSet(options.help))
@@ -152,5 +157,13 @@ std::variant<SimulatorOptions, Message> SimulatorOptions::parse(const QStringLis
                 tr("there is no fault \"%1\"; see --help for those there are").arg(fault));
         result.simulator.faults.push_back(fault.toStdString());
     }
+    SerialSimulatorSettings serial;
+    serial.instrument = instrument;
+    serial.updatesPerSecond = rate;
+    serial.line.seed = instrument.seed;
+    if (const QString text = serialOptions.read(parser, serial); !text.isEmpty())
+        return complaint(text);
+    if (serialOptions.isWanted(parser))
+        result.serial = std::move(serial);
     return result;
 }

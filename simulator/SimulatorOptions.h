@@ -1,11 +1,13 @@
 #pragma once
 
+#include "SerialSimulator.h"
 #include "SimulatorServer.h"
 
 #include <QCoreApplication>
 #include <QHostAddress>
 #include <QStringList>
 
+#include <optional>
 #include <variant>
 
 /// What gx7100sim was asked to do.
@@ -21,6 +23,8 @@ public:
     /// Names to announce on the local network, all for the one port.
     QStringList announcements;
     SimulatorSettings simulator;
+    /// The instrument on a serial line, if that is wanted instead.
+    std::optional<SerialSimulatorSettings> serial;
 
     /// Text to print and leave: help or the version with exit code 0, a complaint with another.
     struct Message {

@@ -1,5 +1,6 @@
 #include "Announcer.h"
 #include "SimulatorOptions.h"
+#include "TCrc32.h"
 #include "TerminationSignals.h"
 
 #include <QCoreApplication>
@@ -43,11 +44,56 @@ void printEvents(const Announcer& announcer) {
     });
 }
 
-/// Serves until the system wants the program to end; the program's exit code.
-int serve(const SimulatorOptions& options) {
-    const TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::terminationRequested, qApp,
-                     &QCoreApplication::quit);
+QString outcomeText(FileTransfer::Outcome outcome) {
+    switch (outcome) {
+    case FileTransfer::Outcome::Done:
+        return SimulatorOptions::tr("done");
+    case FileTransfer::Outcome::TimedOut:
+        return SimulatorOptions::tr("timed out");
+    case FileTransfer::Outcome::TooNoisy:
+        return SimulatorOptions::tr("too noisy");
+    case FileTransfer::Outcome::OutOfSequence:
+        return SimulatorOptions::tr("out of sequence");
+    case FileTransfer::Outcome::Aborted:
+        return SimulatorOptions::tr("aborted here");
+    case FileTransfer::Outcome::AbortedByPeer:
+        return SimulatorOptions::tr("aborted by the program");
+    }
+    return {};
+}
+
+void printEvents(const SerialSimulator& simulator) {
+    QObject::connect(&simulator, &SerialSimulator::connected, &simulator,
+                     [] { print(stdout, SimulatorOptions::tr("Connected\n")); });
+    QObject::connect(&simulator, &SerialSimulator::disconnected, &simulator,
+                     [] { print(stdout, SimulatorOptions::tr("Disconnected\n")); });
+    QObject::connect(&simulator, &SerialSimulator::fileReceived, &simulator,
+                     [](const QByteArray& file) {
+                         TCrc32 crc(0xFFFFFFFF);
+                         crc.Add(file.toStdString());
+                         print(stdout, SimulatorOptions::tr("File received: %1 bytes, CRC-32 %2\n")
+                                           .arg(file.size())
+                                           .arg(~crc.Value(), 8, 16, QLatin1Char('0')));
+                     });
+    QObject::connect(
+        &simulator, &SerialSimulator::transferEnded, &simulator, [](FileTransfer::Outcome outcome) {
+            print(stdout, SimulatorOptions::tr("File transfer: %1\n").arg(outcomeText(outcome)));
+        });
+}
+
+int serveSerialLine(const SerialSimulatorSettings& settings) {
+    SerialSimulator simulator(settings);
+    printEvents(simulator);
+    if (!simulator.start()) {
+        print(stderr,
+              SimulatorOptions::tr("gx7100sim: no serial port: %1\n").arg(simulator.errorString()));
+        return 1;
+    }
+    print(stdout, SimulatorOptions::tr("Serial port: %1\n").arg(simulator.portName()));
+    return QCoreApplication::exec();
+}
+
+int serveNetwork(const SimulatorOptions& options) {
     SimulatorServer server(options.simulator);
     printEvents(server);
     if (!server.listen(options.address, options.port)) {
@@ -63,6 +109,14 @@ int serve(const SimulatorOptions& options) {
     for (const QString& name : options.announcements)
         announcer.announce(name, server.port());
     return QCoreApplication::exec();
+}
+
+/// Serves until the system wants the program to end; the program's exit code.
+int serve(const SimulatorOptions& options) {
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::terminationRequested, qApp,
+                     &QCoreApplication::quit);
+    return options.serial ? serveSerialLine(*options.serial) : serveNetwork(options);
 }
 
 } // namespace

@@ -6,7 +6,10 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
 
 class TestGx7100sim : public QObject {
     Q_OBJECT
@@ -21,6 +24,7 @@ private slots:
     void wrongArguments();
     void help();
     void runsOutOfFiles();
+    void serialLine();
 };
 
 namespace {
@@ -65,6 +69,37 @@ public:
 
 private:
     QProcess m_process;
+};
+
+/// A serial port as a file, without the settings of one: the simulator's need none.
+class Port {
+public:
+    explicit Port(const QString& name)
+        : m_descriptor(open(qPrintable(name), O_RDWR | O_NOCTTY | O_NONBLOCK)) {}
+    ~Port() { close(m_descriptor); }
+    Port(const Port&) = delete;
+    Port& operator=(const Port&) = delete;
+
+    bool send(const QByteArray& bytes) {
+        return write(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size())) ==
+               bytes.size();
+    }
+
+    /// The next `size` bytes, waiting for them; fewer only when they do not come.
+    QByteArray take(qsizetype size) {
+        QByteArray taken(size, '\0');
+        qsizetype count = 0;
+        const auto readOn = [&] {
+            const ssize_t more =
+                read(m_descriptor, taken.data() + count, static_cast<std::size_t>(size - count));
+            count += std::max<ssize_t>(more, 0);
+            return count == size;
+        };
+        return QTest::qWaitFor(readOn, patience) ? taken : taken.first(count);
+    }
+
+private:
+    int m_descriptor;
 };
 
 QByteArray keyFrame(int code) {
@@ -183,6 +218,33 @@ void TestGx7100sim::runsOutOfFiles() {
     QCOMPARE(program.line(), QString("Disconnected: instrument 1"));
     Peer later(port);
     QCOMPARE(later.take(textUpdateSize).size(), textUpdateSize);
+}
+
+void TestGx7100sim::serialLine() {
+    Program program({"--serial", "--baud", "0", "--rate", "0", "--page", "entry"});
+    const QString first = program.line();
+    QVERIFY2(first.startsWith("Serial port: /dev/"), qPrintable(first));
+    {
+        Port port(first.section(' ', -1));
+        QCOMPARE(program.line(), QString("Connected"));
+        QCOMPARE(port.take(4 + 320).first(4), QByteArray("T\n\x01\x40"));
+        QCOMPARE(port.take(4 + 320).first(4), QByteArray("A\n\x01\x40"));
+        QCOMPARE(port.take(4 + 3).first(4), QByteArray("R\n\0\x03", 4));
+
+        // A file of the nine digits.
+        QVERIFY(port.send(QByteArray("Y\0\x09ID:CATCH\n", 12)));
+        QCOMPARE(port.take(5), QByteArray("X\n\0\x01K", 5));
+        QVERIFY(port.send(QByteArray("X\0\x01\x05", 4)));
+        QCOMPARE(port.take(5), QByteArray("X\n\0\x01\x06", 5));
+        QVERIFY(
+            port.send(QByteArray::fromHex("580001 1d 58000f 0001000b 313233343536373839 e13e")));
+        QCOMPARE(port.take(5), QByteArray("X\n\0\x01\0", 5));
+        QVERIFY(port.send(QByteArray::fromHex("580001 1d 580006 00020002cae2")));
+        QCOMPARE(port.take(5), QByteArray("X\n\0\x01\0", 5));
+        QCOMPARE(program.line(), QString("File received: 9 bytes, CRC-32 cbf43926"));
+        QCOMPARE(program.line(), QString("File transfer: done"));
+    }
+    QCOMPARE(program.line(), QString("Disconnected"));
 }
 
 int main(int argc, char** argv) {

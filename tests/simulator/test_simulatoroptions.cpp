@@ -3,6 +3,8 @@
 #include "SimulatorOptions.h"
 #include "TestEnvironment.h"
 
+#include <QTemporaryFile>
+
 class TestSimulatorOptions : public QObject {
     Q_OBJECT
 
@@ -12,6 +14,7 @@ private slots:
     void sameSeedSameStart();
     void complaints_data();
     void complaints();
+    void serialLine();
     void help();
     void version();
 };
@@ -45,6 +48,7 @@ void TestSimulatorOptions::defaults() {
     QVERIFY(options.simulator.faults.empty());
     QVERIFY(options.simulator.instrument.name.empty());
     QVERIFY(options.announcements.isEmpty());
+    QVERIFY(!options.serial);
     QVERIFY(options.simulator.instrument.page == PageId::Home);
 }
 
@@ -87,6 +91,12 @@ void TestSimulatorOptions::complaints_data() {
     row({"--rate", "nan"}, "rate");
     row({"--rate", "fast"}, "rate");
     row({"--seed", "-1"}, "seed");
+    row({"--serial", "--baud", "-1"}, "speed");
+    row({"--serial", "--baud", "4000001"}, "speed");
+    row({"--serial", "--baud", "fast"}, "speed");
+    row({"--serial", "--line-fault", "drops=2"}, "drops=2");
+    row({"--line-fault", "worms"}, "worms");
+    row({"--serial", "--file", "/no/such/file"}, "/no/such/file");
     row({"--seed", "4294967296"}, "seed");
     row({"--seed", "x"}, "seed");
     row({"--page", "keyboard"}, "\"keyboard\"");
@@ -112,15 +122,63 @@ void TestSimulatorOptions::complaints() {
     QVERIFY2(complaint.text.endsWith("--help\".\n"), qPrintable(complaint.text));
 }
 
+void TestSimulatorOptions::serialLine() {
+    const SimulatorOptions plain = parsed({"--serial", "--seed", "3", "--rate", "0.5"});
+    QVERIFY(plain.serial);
+    QCOMPARE(plain.serial->line.baud, 57600);
+    QCOMPARE(plain.serial->line.seed, 3U);
+    QCOMPARE(plain.serial->instrument.seed, 3U);
+    QCOMPARE(plain.serial->updatesPerSecond, 0.5);
+    QVERIFY(!plain.serial->file.isEmpty());
+
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write(QByteArray("a\0b", 3));
+    file.close();
+    const SimulatorOptions options =
+        parsed({"--serial", "--baud", "0", "--line-fault", "drops=0.5", "--line-fault",
+                "reply=3@2x6", "--page", "entry", "--file", file.fileName()});
+    QVERIFY(options.serial);
+    QCOMPARE(options.serial->line.baud, 0);
+    QCOMPARE(options.serial->line.faults.drops, 0.5);
+    QCOMPARE(options.serial->line.faults.replyTimes, 6);
+    QVERIFY(options.serial->instrument.page == PageId::Entry);
+    QCOMPARE(options.serial->file, QByteArray("a\0b", 3));
+}
+
 void TestSimulatorOptions::help() {
     for (const char* option : {"--help", "-h"}) {
         const SimulatorOptions::Message help = message({option});
         QCOMPARE(help.exitCode, 0);
-        for (const char* word :
-             {"--listen", "--port", "--rate", "--seed", "--page", "--name", "--announce", "--fault",
-              "home, text, entry, graphics, keys, messages", "single-bytes", "stray-bytes",
-              "unknown-tags", "unknown-types", "truncated-items", "oversized-items", "half-frame",
-              "abrupt-close"})
+        for (const char* word : {"--listen",
+                                 "--port",
+                                 "--rate",
+                                 "--seed",
+                                 "--page",
+                                 "--name",
+                                 "--announce",
+                                 "--fault",
+                                 "home, text, entry, graphics, keys, messages",
+                                 "single-bytes",
+                                 "stray-bytes",
+                                 "unknown-tags",
+                                 "unknown-types",
+                                 "truncated-items",
+                                 "oversized-items",
+                                 "half-frame",
+                                 "abrupt-close",
+                                 "--serial",
+                                 "--baud",
+                                 "--line-fault",
+                                 "--file",
+                                 "bit-errors=RATE",
+                                 "drops=RATE",
+                                 "duplicates=RATE",
+                                 "stalls=RATE",
+                                 "wrong-number=BLOCK",
+                                 "reply=CODE@BLOCK[xTIMES]",
+                                 "abort=BLOCK",
+                                 "never-answers"})
             QVERIFY2(help.text.contains(word), word);
     }
 }
