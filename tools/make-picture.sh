@@ -103,4 +103,4 @@ in_window "$main" type --delay 20 'Site 14, borehole B'
 sleep 1
 wait_for 30 cursor_shows
 cp "$folder/shot.png" "$picture"
-echo "Picture: $PWD/$picture"
+echo "Picture: $(realpath "$picture")"
