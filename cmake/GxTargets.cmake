@@ -37,12 +37,13 @@ endfunction()
 
 # Qt is not instrumented: what its own threads do with its own memory (Qt Test's watchdog, event
 # dispatchers, the network threads) must not be reported. Our code and the headers compiled into it
-# are instrumented and still are.
+# are instrumented and still are. Starting another program is no fork that goes on with its threads,
+# though the sanitizer takes it for one.
 set(gx_test_environment
   QT_QPA_PLATFORM=offscreen
   LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp
   UBSAN_OPTIONS=print_stacktrace=1
-  "TSAN_OPTIONS=halt_on_error=1 ignore_noninstrumented_modules=1")
+  "TSAN_OPTIONS=halt_on_error=1 ignore_noninstrumented_modules=1 die_after_fork=0")
 
 # gx_test(name SOURCES ... LIBS libs... [TIMEOUT seconds] [LABELS ...] [RUNNER command...])
 # One Qt Test program, run by CTest without a display and with settings of its own. A runner is a
