@@ -107,6 +107,16 @@ void GroupWindow::createMenus() {
     QMenu* help = m_form->menuBar->addMenu(tr("&Help"));
     help->addAction(tr("About"), this, &GroupWindow::doAbout);
     m_help->buildHelpMenu(help);
+    for (const QMenu* menu : {file, help})
+        connect(menu, &QMenu::aboutToHide, this, &GroupWindow::giveKeyboardBack,
+                Qt::QueuedConnection);
+}
+
+/// A menu bar keeps the keyboard after its menu was closed with Escape, and the operator's next
+/// Space would open the menu again instead of reaching the instruments.
+void GroupWindow::giveKeyboardBack() {
+    if (m_form->menuBar->hasFocus() && !QApplication::activePopupWidget())
+        m_form->menuBar->clearFocus();
 }
 
 void GroupWindow::addEmptyConnection(bool grow) {

@@ -72,6 +72,7 @@ private:
     void createActions();
     void createToolBar();
     void createMenus();
+    void giveKeyboardBack();
     ChatWindow& chat();
     void showReceivedChat(const QStringList& lines);
     void setSendStateOfConnected(bool on);

@@ -45,6 +45,7 @@ private slots:
     void chatComesUpWithoutTheKeyboard();
     void keysTypedWhileChatArrivesAreNotLost();
     void draftGoesOnWhileChatArrives();
+    void keysGoOnAfterAMenuIsLeft();
 
 private:
     GroupWindow& window() const { return m_person->window(); }
@@ -179,6 +180,20 @@ void TestWindowFocus::chatComesUpWithoutTheKeyboard() {
     QVERIFY(type(QStringLiteral("x")));
     QVERIFY(instrumentGets({QStringLiteral("0078")}));
     QVERIFY(hasKeyboard(&window()));
+}
+
+void TestWindowFocus::keysGoOnAfterAMenuIsLeft() {
+    QVERIFY(press(QStringLiteral("alt+f")));
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), kPatience);
+    // From one menu to the next: the bar has the keyboard as long as one is open.
+    QVERIFY(press(QStringLiteral("Right")));
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), kPatience);
+    QVERIFY(press(QStringLiteral("Escape")));
+    QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activePopupWidget(), kPatience);
+    QVERIFY(type(QStringLiteral("a b")));
+    QVERIFY(!QApplication::activePopupWidget());
+    QVERIFY(
+        instrumentGets({QStringLiteral("0061"), QStringLiteral("0020"), QStringLiteral("0062")}));
 }
 
 void TestWindowFocus::keysTypedWhileChatArrivesAreNotLost() {
