@@ -49,6 +49,8 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
 
     m_contextMenu->addAction(tr("Open kbd comm to all"), this, &ConnectionWidget::startCommToAll);
     m_contextMenu->addAction(tr("Close kbd comm to all"), this, &ConnectionWidget::stopCommToAll);
+    m_sendFile = new QAction(tr("Send File..."), this);
+    connect(m_sendFile, &QAction::triggered, m_form->transferPanel, &TransferPanel::askForFile);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &ConnectionWidget::contextMenu);
 }
@@ -77,6 +79,7 @@ void ConnectionWidget::connectSerial(const QString& label, ConnectGX7100Serial* 
     m_host = portName;
     m_screenLabel = label;
     _connect(link);
+    m_form->transferPanel->watch(link, nameText());
     m_link->Connect(portName);
     showName();
 }
@@ -153,6 +156,7 @@ void ConnectionWidget::showConnected() {
     showConnectButton(QStringLiteral(":/buttons/images/Disconnect.png"), tr("Disconnect"));
     m_form->killBtn->hide();
     setSendState(m_sendState);
+    updateContextMenu();
 }
 
 void ConnectionWidget::showDisconnected() {
@@ -160,6 +164,7 @@ void ConnectionWidget::showDisconnected() {
     m_form->theDisplay->clearDisplay();
     setSendState(false);
     m_form->killBtn->show();
+    updateContextMenu();
 }
 
 void ConnectionWidget::incomingPacket(std::string packet) {
@@ -205,6 +210,7 @@ void ConnectionWidget::closeCaptureWindow() {
 }
 
 void ConnectionWidget::contextMenu(QPoint /*position*/) {
+    updateContextMenu();
     m_contextMenu->popup(QCursor::pos());
 }
 
@@ -214,6 +220,15 @@ void ConnectionWidget::mousePressEvent(QMouseEvent* event) {
         setSendState(!m_sendState);
     else
         QFrame::mousePressEvent(event);
+}
+
+/// Files travel on serial lines only, and every other tile's menu has its two entries and no more.
+void ConnectionWidget::updateContextMenu() {
+    if (m_serial && IsConnected())
+        m_contextMenu->addAction(m_sendFile);
+    else
+        m_contextMenu->removeAction(m_sendFile);
+    m_sendFile->setEnabled(m_form->transferPanel->canSend());
 }
 
 bool ConnectionWidget::receivesKeys() const {

@@ -10,6 +10,7 @@
 class CaptureControl;
 class ConnectGX7100;
 class ConnectGX7100Serial;
+class QAction;
 class QMenu;
 class QSettings;
 class Ui_ConnectionWidget;
@@ -79,6 +80,7 @@ protected:
 
 private:
     bool receivesKeys() const;
+    void updateContextMenu();
     void dropLink();
     QString nameText() const;
     void showName();
@@ -95,4 +97,5 @@ private:
     QSettings* m_settings;
     std::unique_ptr<CaptureControl> m_captureWindow;
     QMenu* m_contextMenu = nullptr;
+    QAction* m_sendFile = nullptr;
 };

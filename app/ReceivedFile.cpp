@@ -1,0 +1,32 @@
+#include "ReceivedFile.h"
+
+#include <QSaveFile>
+
+namespace receivedfile {
+
+QString suggestedName(const QString& origin, const QString& time) {
+    constexpr qsizetype longestOrigin = 60;
+    QString name;
+    for (const QChar character : origin.left(longestOrigin)) {
+        const bool forbidden = character.category() == QChar::Other_Control ||
+                               character.category() == QChar::Other_Format ||
+                               QStringLiteral("/\\:*?\"<>|").contains(character);
+        name += forbidden ? QLatin1Char(' ') : character;
+    }
+    name = name.simplified();
+    while (name.startsWith(QLatin1Char('.')) || name.startsWith(QLatin1Char(' ')))
+        name.remove(0, 1);
+    if (name.isEmpty())
+        name = QStringLiteral("instrument");
+    return QStringLiteral("%1 %2.bin").arg(name, time);
+}
+
+QString save(const QString& path, const QByteArray& contents) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
+        !file.commit())
+        return file.errorString();
+    return {};
+}
+
+} // namespace receivedfile

@@ -1,0 +1,185 @@
+#include "TransferPanel.h"
+
+#include "ConnectGX7100Serial.h"
+#include "Packet.h"
+#include "ReceivedFile.h"
+#include "XferClass.h"
+#include "ui_TransferPanel.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace {
+constexpr int tickPeriod = 500;
+} // namespace
+
+TransferPanel::TransferPanel(QWidget* parent)
+    : QWidget(parent), m_form(std::make_unique<Ui_TransferPanel>()) {
+    m_form->setupUi(this);
+    m_clock.start();
+    m_ticker.setInterval(tickPeriod);
+    connect(&m_ticker, &QTimer::timeout, this, &TransferPanel::refresh);
+    connect(m_form->cancelBtn, &QToolButton::clicked, this, &TransferPanel::cancel);
+    connect(m_form->saveBtn, &QToolButton::clicked, this, &TransferPanel::askWhereToSave);
+    refresh();
+}
+
+TransferPanel::~TransferPanel() = default;
+
+void TransferPanel::watch(ConnectGX7100Serial* link, const QString& origin) {
+    if (m_link)
+        m_link->disconnect(this);
+    m_link = link;
+    m_origin = origin;
+    m_progress = {};
+    m_note.clear();
+    connect(link, &ConnectGX7100::fxstatus, this, &TransferPanel::showStatus);
+    connect(link, &ConnectGX7100::signalFrom, this, &TransferPanel::takePacket);
+    connect(link, &ConnectGX7100::disconnected, this, &TransferPanel::linkClosed);
+    refresh();
+}
+
+bool TransferPanel::canSend() const {
+    return m_link && m_link->IsOpen() && !m_progress.isBusy();
+}
+
+std::string TransferPanel::filePacket(const QByteArray& contents) {
+    // The builder ends its text at a NUL, so the contents must not pass through it.
+    return ConnectGX7100::sendBackChannel("CATCH", {}) + contents.toStdString();
+}
+
+void TransferPanel::askForFile() {
+    if (!canSend() || m_dialog)
+        return;
+    m_dialog = new QFileDialog(this, tr("Send File"));
+    m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(m_dialog, &QFileDialog::fileSelected, this, &TransferPanel::sendFile);
+    m_dialog->open();
+}
+
+void TransferPanel::sendFile(const QString& path) {
+    if (!canSend())
+        return;
+    QFile file(path);
+    const QString name = QFileInfo(path).fileName();
+    if (!file.open(QIODevice::ReadOnly)) {
+        refuse(tr("%1: %2").arg(name, file.errorString()));
+        return;
+    }
+    // One byte more than may be tells a file that is too large, whatever its size is said to be.
+    const QByteArray contents = file.read(XferClass::maxFileSize + 1);
+    if (contents.size() > XferClass::maxFileSize) {
+        refuse(tr("%1: a file for an instrument has at most %2")
+                   .arg(name, locale().formattedDataSize(XferClass::maxFileSize)));
+        return;
+    }
+    m_note.clear();
+    m_progress.announce(name, contents.size());
+    m_link->slotTo(filePacket(contents));
+    refresh();
+}
+
+void TransferPanel::refuse(const QString& text) {
+    m_note = text;
+    refresh();
+}
+
+void TransferPanel::showStatus(int status, int value) {
+    m_note.clear();
+    m_progress.update(status, value, m_clock.elapsed());
+    refresh();
+}
+
+void TransferPanel::takePacket(const std::string& packet) {
+    const auto view = packet::parse(packet);
+    if (!view || view->type != "FXFR")
+        return;
+    m_unsaved.append(QByteArray(view->body.data(), static_cast<qsizetype>(view->body.size())));
+    refresh();
+}
+
+void TransferPanel::linkClosed() {
+    if (m_progress.state() == TransferProgress::State::Waiting)
+        m_progress.giveUp(tr("the connection has ended"));
+    refresh();
+}
+
+/// While a file is on its way this stops it; afterwards it puts the outcome away.
+void TransferPanel::cancel() {
+    if (!m_progress.isBusy()) {
+        m_progress = {};
+        m_note.clear();
+        m_unsaved.clear();
+        refresh();
+        return;
+    }
+    if (m_link) {
+        m_link->withdrawFiles();
+        m_link->stopXfer();
+    }
+    if (m_progress.state() == TransferProgress::State::Waiting)
+        m_progress.giveUp(XferClass::ErrorText(XferClass::Aborted));
+    refresh();
+}
+
+void TransferPanel::askWhereToSave() {
+    if (m_unsaved.isEmpty() || m_dialog)
+        return;
+    // The dialog itself asks before a file that exists is replaced.
+    m_dialog = new QFileDialog(this, tr("Save File"));
+    m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_dialog->setAcceptMode(QFileDialog::AcceptSave);
+    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    m_dialog->selectFile(receivedfile::suggestedName(m_origin, time));
+    connect(m_dialog, &QFileDialog::fileSelected, this, &TransferPanel::saveFirst);
+    m_dialog->open();
+}
+
+void TransferPanel::saveFirst(const QString& path) {
+    if (m_unsaved.isEmpty())
+        return;
+    const QString name = QFileInfo(path).fileName();
+    const QString error = receivedfile::save(path, m_unsaved.first());
+    // A file that could not be saved can be saved elsewhere.
+    if (error.isEmpty())
+        m_unsaved.removeFirst();
+    refuse(error.isEmpty() ? tr("%1 was saved").arg(name) : tr("%1: %2").arg(name, error));
+}
+
+void TransferPanel::refresh() {
+    const bool busy = m_progress.isBusy();
+    const int percent = m_progress.percent();
+    m_form->progressBar->setVisible(busy);
+    m_form->progressBar->setRange(0, percent < 0 ? 0 : 100);
+    m_form->progressBar->setValue(percent);
+    m_form->saveBtn->setVisible(!m_unsaved.isEmpty());
+    m_form->saveBtn->setText(m_unsaved.size() > 1 ? tr("Save... (%1)").arg(m_unsaved.size())
+                                                  : tr("Save..."));
+    m_form->cancelBtn->setText(busy ? tr("Cancel") : tr("Close"));
+    m_form->cancelBtn->setToolTip(busy                  ? tr("Stop the file transfer")
+                                  : m_unsaved.isEmpty() ? QString()
+                                                        : tr("Throws away what was not saved"));
+    const QString text = m_note.isEmpty() ? m_progress.text(m_clock.elapsed()) : m_note;
+    showText(text);
+    setVisible(busy || !text.isEmpty() || !m_unsaved.isEmpty());
+    if (busy != m_ticker.isActive())
+        busy ? m_ticker.start() : m_ticker.stop();
+}
+
+void TransferPanel::showText(const QString& text) {
+    QLabel* label = m_form->statusLabel;
+    // A file's name may be long and may look like markup.
+    label->setToolTip(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
+    label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, label->width()));
+    label->setAccessibleName(text);
+}
+
+void TransferPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    showText(m_note.isEmpty() ? m_progress.text(m_clock.elapsed()) : m_note);
+}
