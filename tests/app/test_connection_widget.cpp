@@ -1,69 +1,12 @@
-#include "ConnectionWidget.h"
-#include "FakeLink.h"
 #include "Frame.h"
-#include "LCD7100.h"
-#include "ModalDialog.h"
-#include "NewConnection.h"
 #include "TestEnvironment.h"
+#include "TileUnderTest.h"
 
-#include <QComboBox>
 #include <QGridLayout>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
-#include <QPointer>
-#include <QRadioButton>
 #include <QSignalSpy>
-#include <QToolButton>
-
-#include <memory>
 
 using namespace std::string_literals;
-
-namespace {
-
-constexpr auto connectIcon = ":/buttons/images/Connect.png";
-constexpr auto disconnectIcon = ":/buttons/images/Disconnect.png";
-constexpr auto killIcon = ":/buttons/images/button_cancel.png";
-
-enum class Link { None, Closed, Open };
-
-/// A tile and what a test looks at.
-struct Tile {
-    Tile() { widget->resize(widget->minimumSize()); }
-
-    FakeLink* give(Link state, const QString& label = {}, const QString& host = {}) {
-        if (state == Link::None)
-            return nullptr;
-        auto* link = new FakeLink;
-        widget->connectEther(label, host, link, "192.0.2.1", 0, 7100);
-        if (state == Link::Open)
-            link->open();
-        return link;
-    }
-    template <typename Widget>
-    Widget* find(const char* name) const {
-        auto* child = widget->findChild<Widget*>(QLatin1String(name));
-        Q_ASSERT(child);
-        return child;
-    }
-    QToolButton* connectButton() const { return find<QToolButton>("connectBtn"); }
-    QToolButton* killButton() const { return find<QToolButton>("killBtn"); }
-    QLabel* name() const { return find<QLabel>("nameLabel"); }
-    LCD7100* display() const { return find<LCD7100>("theDisplay"); }
-
-    std::unique_ptr<ConnectionWidget> widget = std::make_unique<ConnectionWidget>();
-};
-
-bool shows(const QToolButton* button, const char* icon) {
-    const QSize size(24, 24);
-    const QImage expected = QIcon(QLatin1String(icon)).pixmap(size).toImage();
-    return !expected.isNull() && button->icon().pixmap(size).toImage() == expected;
-}
-
-} // namespace
-
-Q_DECLARE_METATYPE(Link)
 
 class TestConnectionWidget : public QObject {
     Q_OBJECT
@@ -72,25 +15,9 @@ private slots:
     void initTestCase() { Q_INIT_RESOURCE(group); }
     void emptyTile();
     void buttonsNeverTakeTheFocus();
-    void connectEtherTakesTheLinkOver();
     void nameText_data();
     void nameText();
     void namesArePlainText();
-    void connectedAndDisconnected();
-    void sendStateAndFrame_data();
-    void sendStateAndFrame();
-    void storedSendStateTakesEffectOnConnection();
-    void attemptUnderWayShowsItsFrame();
-    void frameDoesNotColourItsContent();
-    void frameIsPainted();
-    void keys_data();
-    void keys();
-    void displayKeys_data();
-    void displayKeys();
-    void softKeyOnTheDisplay();
-    void packetsAreSentWhole();
-    void clicks_data();
-    void clicks();
     void incomingChat_data();
     void incomingChat();
     void otherPacketsAreIgnored_data();
@@ -98,13 +25,6 @@ private slots:
     void contextMenuBroadcasts();
     void displayChangesAreForwarded();
     void killButtonAsksToBeRemoved();
-    void connectButtonDropsAnOpenLink();
-    void connectButtonRemakesALostConnection();
-    void connectButtonOfAnEmptyTile();
-    void removalWhileTheDialogIsOpen();
-    void anotherLinkReplacesTheFirst();
-    void linkDiesWithTheTile();
-    void linkMayBeReplacedInItsOwnSignal();
 };
 
 void TestConnectionWidget::emptyTile() {
@@ -129,18 +49,6 @@ void TestConnectionWidget::buttonsNeverTakeTheFocus() {
     const Tile tile;
     QCOMPARE(tile.connectButton()->focusPolicy(), Qt::NoFocus);
     QCOMPARE(tile.killButton()->focusPolicy(), Qt::NoFocus);
-}
-
-void TestConnectionWidget::connectEtherTakesTheLinkOver() {
-    const Tile tile;
-    auto* link = new FakeLink;
-    tile.widget->connectEther(QStringLiteral("North"), QStringLiteral("unit3"), link, "fe80::1", 4,
-                              7100);
-    QCOMPARE(link->calls, QStringList(QStringLiteral("Connect fe80::1 4 7100")));
-    QCOMPARE(tile.name()->text(), QStringLiteral("North@unit3"));
-    QVERIFY(!tile.widget->IsConnected());
-    link->open();
-    QVERIFY(tile.widget->IsConnected());
 }
 
 void TestConnectionWidget::nameText_data() {
@@ -188,229 +96,6 @@ void TestConnectionWidget::namesArePlainText() {
     QVERIFY(tile.name()->toolTip().contains(QStringLiteral("&lt;b&gt;")));
     // However long, a name does not make the tile larger.
     QCOMPARE(tile.widget->minimumSizeHint(), QSize(width, height));
-}
-
-void TestConnectionWidget::connectedAndDisconnected() {
-    Tile tile;
-    FakeLink* link = tile.give(Link::Closed);
-    QVERIFY(shows(tile.connectButton(), connectIcon));
-    link->open();
-    QVERIFY(shows(tile.connectButton(), disconnectIcon));
-    QVERIFY(tile.killButton()->isHidden());
-    QVERIFY(isRaised(*tile.widget));
-    tile.widget->setSendState(true);
-    QVERIFY(isRed(*tile.widget));
-
-    link->close();
-    QVERIFY(shows(tile.connectButton(), connectIcon));
-    QVERIFY(!tile.killButton()->isHidden());
-    QVERIFY(isRaised(*tile.widget));
-    // The link is kept, but it is another connection's keys that it would carry.
-    link->open();
-    QVERIFY(isRaised(*tile.widget));
-    tile.widget->keyPressed(65);
-    QVERIFY(link->sent.empty());
-}
-
-void TestConnectionWidget::sendStateAndFrame_data() {
-    QTest::addColumn<Link>("link");
-    QTest::addColumn<bool>("red");
-
-    QTest::newRow("no link") << Link::None << false;
-    QTest::newRow("closed link") << Link::Closed << false;
-    QTest::newRow("open link") << Link::Open << true;
-}
-
-void TestConnectionWidget::sendStateAndFrame() {
-    QFETCH(const Link, link);
-    QFETCH(const bool, red);
-    Tile tile;
-    tile.give(link);
-    tile.widget->setSendState(true);
-    QCOMPARE(isRed(*tile.widget), red);
-    QCOMPARE(isRaised(*tile.widget), !red);
-    tile.widget->setSendState(false);
-    QVERIFY(isRaised(*tile.widget));
-}
-
-void TestConnectionWidget::storedSendStateTakesEffectOnConnection() {
-    Tile tile;
-    tile.widget->setSendState(true);
-    FakeLink* link = tile.give(Link::Closed);
-    tile.widget->keyPressed(65);
-    QVERIFY(isRaised(*tile.widget));
-    QVERIFY(link->sent.empty());
-
-    link->open();
-    QVERIFY(isRed(*tile.widget));
-    tile.widget->keyPressed(65);
-    QCOMPARE(link->sent.size(), std::size_t{1});
-}
-
-void TestConnectionWidget::attemptUnderWayShowsItsFrame() {
-    Tile tile;
-    tile.widget->setSendState(true);
-    auto* link = new FakeLink;
-    link->openSilently();
-    tile.widget->connectEther({}, {}, link, "192.0.2.1", 0, 7100);
-    // What is typed now reaches the instrument once the attempt succeeds.
-    QVERIFY(isRed(*tile.widget));
-    tile.widget->keyPressed(65);
-    QCOMPARE(link->sent.size(), std::size_t{1});
-}
-
-void TestConnectionWidget::frameDoesNotColourItsContent() {
-    Tile tile;
-    tile.give(Link::Open, QStringLiteral("North"), QStringLiteral("unit3"));
-    tile.widget->resize(300, 200);
-    const QImage before = tile.widget->grab().toImage();
-    tile.widget->setSendState(true);
-    const QImage after = tile.widget->grab().toImage();
-    const QRect label = tile.name()->geometry();
-    QVERIFY(label.width() > 100);
-    QCOMPARE(after.copy(label), before.copy(label));
-}
-
-void TestConnectionWidget::frameIsPainted() {
-    Tile tile;
-    tile.give(Link::Open);
-    tile.widget->resize(300, 200);
-    const QRgb red = QColor(Qt::red).rgb();
-    QVERIFY(tile.widget->grab().toImage().pixel(0, 100) != red);
-    tile.widget->setSendState(true);
-    const QImage image = tile.widget->grab().toImage();
-    for (const QPoint point : {QPoint(0, 0), QPoint(1, 100), QPoint(298, 100), QPoint(299, 199),
-                               QPoint(150, 1), QPoint(150, 198)})
-        QCOMPARE(image.pixel(point), red);
-    // Nothing covers the frame.
-    for (const auto* child : tile.widget->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-        if (!child->isWindow() && !child->isHidden())
-            QVERIFY(tile.widget->rect().adjusted(2, 2, -2, -2).contains(child->geometry()));
-}
-
-void TestConnectionWidget::keys_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QByteArray>("frame");
-
-    const QByteArray head = QByteArray::fromHex("3c443e0000000a00000000") + "KEYS";
-    QTest::newRow("0") << 0 << head + QByteArray::fromHex("0000");
-    QTest::newRow("a") << 0x61 << head + QByteArray::fromHex("0061");
-    QTest::newRow("F1") << 0x6000 << head + QByteArray::fromHex("6000");
-    QTest::newRow("group 1, key 0x41") << 0x0141 << head + QByteArray::fromHex("0141");
-    QTest::newRow("largest") << 0xFFFF << head + QByteArray::fromHex("ffff");
-}
-
-void TestConnectionWidget::keys() {
-    QFETCH(const int, code);
-    QFETCH(const QByteArray, frame);
-    Tile tile;
-    FakeLink* link = tile.give(Link::Open);
-    tile.widget->keyPressed(static_cast<unsigned short>(code));
-    QVERIFY(link->sent.empty());
-
-    tile.widget->setSendState(true);
-    tile.widget->keyPressed(static_cast<unsigned short>(code));
-    QCOMPARE(link->sent.size(), std::size_t{1});
-    QCOMPARE(QByteArray::fromStdString(link->sent[0]), frame);
-    QCOMPARE(frame.size(), 17);
-
-    tile.widget->setSendState(false);
-    tile.widget->keyPressed(static_cast<unsigned short>(code));
-    QCOMPARE(link->sent.size(), std::size_t{1});
-}
-
-void TestConnectionWidget::displayKeys_data() {
-    QTest::addColumn<int>("group");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QByteArray>("code");
-
-    QTest::newRow("0 0") << 0 << 0 << QByteArray::fromHex("0000");
-    QTest::newRow("1 0x41") << 1 << 0x41 << QByteArray::fromHex("0141");
-    QTest::newRow("F5 with both") << 100 << 3 << QByteArray::fromHex("6403");
-    QTest::newRow("largest") << 255 << 255 << QByteArray::fromHex("ffff");
-}
-
-void TestConnectionWidget::displayKeys() {
-    QFETCH(const int, group);
-    QFETCH(const int, key);
-    QFETCH(const QByteArray, code);
-    Tile tile;
-    FakeLink* link = tile.give(Link::Open);
-    tile.widget->setSendState(true);
-    tile.widget->displayKey(static_cast<unsigned char>(group), static_cast<unsigned char>(key));
-    QCOMPARE(link->sent.size(), std::size_t{1});
-    QCOMPARE(QByteArray::fromStdString(link->sent[0]).right(2), code);
-}
-
-void TestConnectionWidget::softKeyOnTheDisplay() {
-    Tile tile;
-    FakeLink* link = tile.give(Link::Open);
-    tile.widget->resize(300, 200);
-    tile.widget->grab();
-    const QPoint lastBand(tile.display()->width() - 3, tile.display()->height() - 3);
-    QTest::mouseClick(tile.display(), Qt::LeftButton, Qt::ShiftModifier, lastBand);
-    QVERIFY(link->sent.empty());
-    tile.widget->setSendState(true);
-    QTest::mouseClick(tile.display(), Qt::LeftButton, Qt::ShiftModifier, lastBand);
-    QCOMPARE(link->sent.size(), std::size_t{1});
-    QCOMPARE(QByteArray::fromStdString(link->sent[0]).right(2), QByteArray::fromHex("6401"));
-    // The click on the display has not switched the frame.
-    QVERIFY(isRed(*tile.widget));
-}
-
-void TestConnectionWidget::packetsAreSentWhole() {
-    Tile tile;
-    FakeLink* link = tile.give(Link::Open);
-    tile.widget->signalFor7100("\0\0\0\0CHAThello"s);
-    QVERIFY(link->sent.empty());
-    tile.widget->setSendState(true);
-    tile.widget->signalFor7100("\0\0\0\0CHAThello"s);
-    QCOMPARE(link->sent.size(), std::size_t{1});
-    QCOMPARE(link->sent[0], "<D>\0\0\0\x0d\0\0\0\0CHAThello"s);
-}
-
-void TestConnectionWidget::clicks_data() {
-    QTest::addColumn<Link>("link");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<Qt::MouseButton>("button");
-    QTest::addColumn<bool>("toggles");
-
-    const auto left = Qt::LeftButton;
-    QTest::newRow("frame") << Link::Open << QString() << left << true;
-    QTest::newRow("name") << Link::Open << "nameLabel" << left << true;
-    QTest::newRow("display") << Link::Open << "theDisplay" << left << false;
-    QTest::newRow("frame, right") << Link::Open << QString() << Qt::RightButton << false;
-    QTest::newRow("name, right") << Link::Open << "nameLabel" << Qt::RightButton << false;
-    QTest::newRow("name, middle") << Link::Open << "nameLabel" << Qt::MiddleButton << false;
-    QTest::newRow("display, right") << Link::Open << "theDisplay" << Qt::RightButton << false;
-    QTest::newRow("frame, closed") << Link::Closed << QString() << left << false;
-    QTest::newRow("name, closed") << Link::Closed << "nameLabel" << left << false;
-    QTest::newRow("name, no link") << Link::None << "nameLabel" << left << false;
-}
-
-void TestConnectionWidget::clicks() {
-    QFETCH(const Link, link);
-    QFETCH(const QString, target);
-    QFETCH(const Qt::MouseButton, button);
-    QFETCH(const bool, toggles);
-    Tile tile;
-    FakeLink* itsLink = tile.give(link, {}, QStringLiteral("unit3"));
-    tile.widget->resize(300, 200);
-    tile.widget->show();
-    QWidget* clicked =
-        target.isEmpty() ? tile.widget.get() : tile.find<QWidget>(qPrintable(target));
-    const QPoint position = target.isEmpty() ? QPoint(1, 0) : clicked->rect().center();
-
-    QTest::mouseClick(clicked, button, Qt::NoModifier, position);
-    QCOMPARE(isRed(*tile.widget), toggles);
-    if (itsLink && link == Link::Closed) {
-        // The click has not been remembered either.
-        itsLink->open();
-        QVERIFY(isRaised(*tile.widget));
-        return;
-    }
-    QTest::mouseClick(clicked, button, Qt::NoModifier, position);
-    QVERIFY(isRaised(*tile.widget));
 }
 
 void TestConnectionWidget::incomingChat_data() {
@@ -514,106 +199,6 @@ void TestConnectionWidget::killButtonAsksToBeRemoved() {
     tile.killButton()->click();
     QCOMPARE(kills.size(), 1);
     QCOMPARE(kills[0][0].value<ConnectionWidget*>(), tile.widget.get());
-}
-
-void TestConnectionWidget::connectButtonDropsAnOpenLink() {
-    Tile tile;
-    QPointer<FakeLink> link = tile.give(Link::Open);
-    tile.widget->setSendState(true);
-    link->calls.clear();
-    const ModalDialog<QDialog> dialog([](QDialog& unwanted) { unwanted.reject(); });
-    tile.connectButton()->click();
-    QVERIFY(!dialog.answered());
-    QVERIFY(link);
-    QCOMPARE(link->calls, QStringList(QStringLiteral("Disconnect")));
-    QVERIFY(shows(tile.connectButton(), connectIcon));
-    QVERIFY(isRaised(*tile.widget));
-}
-
-void TestConnectionWidget::connectButtonRemakesALostConnection() {
-    Tile tile;
-    const QPointer<FakeLink> link =
-        tile.give(Link::Open, QStringLiteral("North"), QStringLiteral("10.20.30.40"));
-    link->close();
-    bool linkWasGone = false;
-    const ModalDialog<NewConnection> dialog([&](NewConnection& shown) {
-        QCOMPARE(shown.windowTitle(), QStringLiteral("Remake Connection"));
-        QCOMPARE(shown.findChild<QLineEdit*>("nameEdit")->text(), QStringLiteral("North"));
-        QVERIFY(shown.findChild<QRadioButton*>("etherButton")->isChecked());
-        QCOMPARE(shown.findChild<QComboBox*>("etherList")->currentText(),
-                 QStringLiteral("10.20.30.40"));
-        linkWasGone = link.isNull();
-        shown.reject();
-    });
-    tile.connectButton()->click();
-    QVERIFY(dialog.answered());
-    QVERIFY(linkWasGone);
-    // Cancelled: the tile is empty, with its name for the next time.
-    QVERIFY(!tile.widget->IsConnected());
-    QCOMPARE(tile.name()->text(), QStringLiteral("North@10.20.30.40"));
-    QVERIFY(tile.widget->findChildren<QDialog*>().empty());
-}
-
-void TestConnectionWidget::connectButtonOfAnEmptyTile() {
-    const Tile tile;
-    const ModalDialog<NewConnection> dialog([](NewConnection& shown) {
-        QCOMPARE(shown.windowTitle(), QStringLiteral("Remake Connection"));
-        QCOMPARE(shown.findChild<QLineEdit*>("nameEdit")->text(), QString());
-        QVERIFY(shown.findChild<QRadioButton*>("etherButton")->isChecked());
-        shown.reject();
-    });
-    tile.connectButton()->click();
-    QVERIFY(dialog.answered());
-    QCOMPARE(tile.name()->text(), QStringLiteral("TextLabel"));
-}
-
-void TestConnectionWidget::removalWhileTheDialogIsOpen() {
-    Tile tile;
-    tile.give(Link::Closed);
-    const ModalDialog<NewConnection> dialog([&](NewConnection& /*shown*/) { tile.widget.reset(); });
-    tile.connectButton()->click();
-    QVERIFY(dialog.answered());
-    QVERIFY(!tile.widget);
-}
-
-void TestConnectionWidget::anotherLinkReplacesTheFirst() {
-    Tile tile;
-    const QPointer<FakeLink> first = tile.give(Link::Open);
-    tile.widget->setSendState(true);
-    QVERIFY(isRed(*tile.widget));
-
-    auto* second = new FakeLink;
-    tile.widget->_connect(second);
-    QVERIFY(isRaised(*tile.widget));
-    QVERIFY(shows(tile.connectButton(), connectIcon));
-    QTRY_VERIFY_WITH_TIMEOUT(first.isNull(), 10000);
-    QVERIFY(second->calls.empty());
-    second->open();
-    QVERIFY(shows(tile.connectButton(), disconnectIcon));
-    // Taken over once more, a link stays.
-    tile.widget->_connect(second);
-    QVERIFY(tile.widget->IsConnected());
-    tile.widget->setSendState(true);
-    tile.widget->keyPressed(65);
-    QCOMPARE(second->sent.size(), std::size_t{1});
-}
-
-void TestConnectionWidget::linkDiesWithTheTile() {
-    Tile tile;
-    const QPointer<FakeLink> link = tile.give(Link::Open);
-    tile.widget.reset();
-    QVERIFY(link.isNull());
-}
-
-void TestConnectionWidget::linkMayBeReplacedInItsOwnSignal() {
-    Tile tile;
-    const QPointer<FakeLink> first = tile.give(Link::Open);
-    connect(first, &FakeLink::disconnected, tile.widget.get(),
-            [&tile] { tile.give(Link::Open, {}, QStringLiteral("second")); });
-    first->close();
-    QVERIFY(tile.widget->IsConnected());
-    QCOMPARE(tile.name()->text(), QStringLiteral("second"));
-    QTRY_VERIFY_WITH_TIMEOUT(first.isNull(), 10000);
 }
 
 int main(int argc, char** argv) {
