@@ -5,6 +5,7 @@
 #include "ConnectionWidget.h"
 #include "ui_NewConnection.h"
 
+#include <QHostAddress>
 #include <QLineEdit>
 #include <QSerialPortInfo>
 
@@ -16,10 +17,10 @@ namespace {
 /// Instruments listen here, whatever port they announce.
 constexpr int instrumentPort = 7100;
 
-/// Whether the last row of the list, the one to type an address into, is as it was offered.
-bool isUntouched(const BonjourBox& list) {
-    return list.currentIndex() == list.count() - 1 &&
-           list.currentText() == BonjourBox::tr("Other...");
+/// Whether `host` can be connected to as it is; any other is the name of an instrument. A plain
+/// number would do for an address, but is more likely a name.
+bool isAddress(const QString& host) {
+    return (host.contains('.') || host.contains(':')) && !QHostAddress(host).isNull();
 }
 
 } // namespace
@@ -60,7 +61,10 @@ void NewConnection::selectPort(const QString& name) {
 
 void NewConnection::selectInstrument(const QString& host) {
     m_form->etherList->setDefault(host);
-    // What is not on the list was typed.
+    // Not on the list: an address that was typed, or the instrument has not been found yet. Its
+    // name holds the place, so that in the meantime no other is offered in its stead.
+    if (!isAddress(host))
+        m_awaitedInstrument = host;
     if (m_form->etherList->currentText() != host)
         m_form->etherList->setEditText(host);
 }
@@ -78,8 +82,17 @@ void NewConnection::makeSerial(ConnectionWidget* tile) {
                         m_form->serialPorts->currentText());
 }
 
+/// Whether the row is an instrument's, or the one to type into with something typed.
+bool NewConnection::isAddressWanted() const {
+    const BonjourBox& list = *m_form->etherList;
+    if (list.currentIndex() != list.count() - 1 || list.lineEdit()->isModified())
+        return true;
+    const QString text = list.currentText();
+    return text != BonjourBox::tr("Other...") && text != m_awaitedInstrument;
+}
+
 void NewConnection::makeEther(ConnectionWidget* tile) {
-    if (isUntouched(*m_form->etherList))
+    if (!isAddressWanted())
         return;
     std::string address;
     int interfaceIndex = 0;

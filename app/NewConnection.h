@@ -28,6 +28,9 @@ private:
     void selectInstrument(const QString& host);
     void makeSerial(ConnectionWidget* tile);
     void makeEther(ConnectionWidget* tile);
+    bool isAddressWanted() const;
 
     std::unique_ptr<Ui_NewConnection> m_form;
+    /// The instrument to remake, while it is only hoped to be found; never an address.
+    QString m_awaitedInstrument;
 };

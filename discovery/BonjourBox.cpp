@@ -191,7 +191,8 @@ void BonjourBox::selectRow(int keptRow, const std::optional<TypedText>& typed,
     m_isOperatorsChoice = false;
     if (defaultRow >= 0)
         setCurrentIndex(defaultRow);
-    if (typed && wasTypedIntoLastRow && !typed->text().isEmpty()) {
+    const bool isOwnText = typed && !typed->text().isEmpty() && typed->text() != m_defaultName;
+    if (isOwnText && wasTypedIntoLastRow) {
         m_lastRowLabel = typed->text();
         setItemText(count() - 1, m_lastRowLabel);
     }

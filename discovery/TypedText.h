@@ -4,8 +4,8 @@
 
 class QLineEdit;
 
-/// What the operator is typing into a line edit, with cursor and selection, so that a list behind
-/// it can be rebuilt without taking it away.
+/// What the operator is typing into a line edit, with cursor and selection and whether any of it is
+/// his, so that a list behind it can be rebuilt without taking it away.
 class TypedText {
 public:
     explicit TypedText(const QLineEdit& edit);
@@ -18,4 +18,5 @@ private:
     int m_cursor;
     int m_selectionStart;
     int m_selectionLength;
+    bool m_isModified;
 };

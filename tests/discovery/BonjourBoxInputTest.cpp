@@ -87,6 +87,8 @@ void BonjourBoxInputTest::aTextSetForTheOperatorIsNotThrownAway() {
     QCOMPARE(m_box->currentIndex(), 2);
     found(*m_box, "unit3", "10.0.0.3");
     QCOMPARE(askedFor(*m_box), QStringLiteral("10.0.0.3 0 48155"));
+    // It was not typed: the row to type into is as it was.
+    QCOMPARE(textsOf(*m_box), (QStringList{"unit1", "unit3", "---", "Other..."}));
 }
 
 void BonjourBoxInputTest::theCursorAndTheSelectionStay_data() {
