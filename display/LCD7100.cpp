@@ -1,8 +1,12 @@
 #include "LCD7100.h"
 
 #include "LCDColorPicker.h"
+#include "ScreenAccessible.h"
 #include "ScreenPdf.h"
+#include "ScreenText.h"
 
+#include <QAction>
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QFontDialog>
 #include <QMenu>
@@ -43,9 +47,12 @@ LCD7100::LCD7100(QWidget* parent)
     setMinimumSize(240, 120);
 
     setContextMenuPolicy(Qt::CustomContextMenu);
-    m_menu->addAction(tr("Edit Color..."), this, &LCD7100::showColorPicker);
-    m_menu->addAction(tr("Edit Font..."), this, &LCD7100::showFontEditor);
-    m_menu->addAction(tr("Capture Control"), this, &LCD7100::showScreenCapture);
+    addMenuEntry(tr("Edit Color..."), tr("Choose the colors of all screens"),
+                 &LCD7100::showColorPicker);
+    addMenuEntry(tr("Edit Font..."), tr("Choose the font of all screens"),
+                 &LCD7100::showFontEditor);
+    addMenuEntry(tr("Capture Control"), tr("Save what this screen shows"),
+                 &LCD7100::showScreenCapture);
     connect(this, &QWidget::customContextMenuRequested, this, &LCD7100::contextMenu);
 
     connect(&m_renderer, &text_renderthread::renderedImage, this, &LCD7100::newTextReady);
@@ -53,6 +60,15 @@ LCD7100::LCD7100(QWidget* parent)
 
     connect(m_blinkTimer, &QTimer::timeout, this, &LCD7100::blinkCursor);
     m_blinkTimer->start(blinkPeriodMs);
+    QAccessible::installFactory(&ScreenAccessible::create);
+}
+
+void LCD7100::addMenuEntry(const QString& text, const QString& statusTip, void (LCD7100::*slot)()) {
+    // Not a child of the menu, which is a window of its own: the status bar to tell is this one's.
+    auto* action = new QAction(text, this);
+    action->setStatusTip(statusTip);
+    connect(action, &QAction::triggered, this, slot);
+    m_menu->addAction(action);
 }
 
 void LCD7100::setSize(int columns, int rows, int pixelWidth, int pixelHeight) {
@@ -160,6 +176,12 @@ QString LCD7100::getFontFamily() const {
     return font().family();
 }
 
+QString LCD7100::shownText() const {
+    if (!m_textMode)
+        return tr("The screen shows graphics");
+    return screenText({m_text.constData(), static_cast<std::size_t>(m_text.size())}, m_columns);
+}
+
 void LCD7100::setTextMode(bool on) {
     if (on == m_textMode)
         return;
@@ -222,6 +244,21 @@ void LCD7100::setFontFamily(QString family) {
 
 void LCD7100::contextMenu(QPoint /*position*/) {
     m_menu->popup(QCursor::pos());
+}
+
+void LCD7100::showMenuOnScreen() {
+    m_menu->popup(mapToGlobal(rect().center()));
+    m_menu->setActiveAction(m_menu->actions().constFirst());
+}
+
+bool LCD7100::event(QEvent* event) {
+    // The mouse may be anywhere when it is the keyboard that asks.
+    if (event->type() == QEvent::ContextMenu &&
+        static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
+        showMenuOnScreen();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void LCD7100::blinkCursor() {

@@ -66,6 +66,9 @@ public:
     QColor backColor() const;
     QString getFontFamily() const;
 
+    /// What the screen shows, in words: its characters, or that it shows graphics.
+    QString shownText() const;
+
 signals:
     /// The operator wants to save what the screen shows.
     void showScreenCapture();
@@ -99,11 +102,14 @@ public slots:
     void setFontFamily(QString family);
     /// Opens the context menu where the mouse is.
     void contextMenu(QPoint position);
+    /// Opens the context menu on the screen, for who has no mouse.
+    void showMenuOnScreen();
     void blinkCursor();
     /// Takes a finished rendering of the characters.
     void newTextReady(QImage image);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -111,6 +117,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void addMenuEntry(const QString& text, const QString& statusTip, void (LCD7100::*slot)());
     void paintCursor(QPainter& painter, const QSize& size, const LCDTextCursor& cursor) const;
     void render(bool force);
     const QImage& graphics();

@@ -124,7 +124,7 @@ private slots:
 
         const QPoint mouse(123, 77);
         QCursor::setPos(mouse);
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5),
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5),
                                 shown.lcd.mapToGlobal(QPoint(5, 5)));
         QCoreApplication::sendEvent(&shown.lcd, &event);
         QTRY_VERIFY_WITH_TIMEOUT(menu->isVisible(), patienceMs);
