@@ -32,7 +32,8 @@ cat >"$root/tmp/try.sh" <<'EOF'
 set -eu
 export XDG_RUNTIME_DIR=/tmp/run
 mkdir -p -m 700 "$XDG_RUNTIME_DIR"
-Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>/tmp/display 2>/dev/null &
+# A server that starts over when its last client leaves turns away who comes in that moment.
+Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>/tmp/display 2>/dev/null &
 display=$!
 trap 'kill $display' EXIT
 until [ -s /tmp/display ]; do sleep 0.1; done

@@ -22,7 +22,8 @@ export LC_ALL=C.UTF-8
 
 start_display() {
   : >"$folder/display"
-  Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
+  # A server that starts over when its last client leaves turns away who comes in that moment.
+  Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$folder/display" 2>/dev/null &
   started+=("$!")
   wait_for 30 test -s "$folder/display"
   export DISPLAY=:$(cat "$folder/display")

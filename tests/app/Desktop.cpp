@@ -1,6 +1,7 @@
 #include "Desktop.h"
 
 #include <QProcessEnvironment>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -31,13 +32,17 @@ QString Program::output() {
 }
 
 Desktop::Desktop() {
-    // Prints the number of the free display that it has taken.
+    // Prints the number of the free display that it has taken. Without -noreset it starts over when
+    // its last client leaves, and a client that comes in that moment is turned away.
     m_server = std::make_unique<Program>(
-        QStringLiteral("Xvfb"),
-        QStringList{"-displayfd", "1", "-screen", "0", "1280x1000x24", "-nolisten", "tcp"});
+        QStringLiteral("Xvfb"), QStringList{"-displayfd", "1", "-screen", "0", "1280x1000x24",
+                                            "-nolisten", "tcp", "-noreset"});
+    // Its complaints may stand on lines before and after.
+    const QRegularExpression lineOfDigits(QStringLiteral("^([0-9]+)\\n"),
+                                          QRegularExpression::MultilineOption);
     QString number;
     const auto hasNumber = [&] {
-        number = m_server->output().section(QLatin1Char('\n'), -2, -2).trimmed();
+        number = lineOfDigits.match(m_server->output()).captured(1);
         return !number.isEmpty();
     };
     if (!QTest::qWaitFor(hasNumber, patience))

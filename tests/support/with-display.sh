@@ -26,7 +26,8 @@ wait_for() {
 }
 
 : >"$folder/display"
-Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
+# A server that starts over when its last client leaves turns away who comes in that moment.
+Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$folder/display" 2>/dev/null &
 started+=("$!")
 wait_for test -s "$folder/display"
 export DISPLAY=:$(cat "$folder/display")
