@@ -1,5 +1,6 @@
 #include "ApplicationIcon.h"
 #include "GroupWindow.h"
+#include "Translations.h"
 
 #include <QApplication>
 
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(applicationIcon());
     // The desktop finds name and icon of a window by the name of its entry.
     QApplication::setDesktopFileName(QStringLiteral("com.vestra.GX7100Group"));
+    const Translations translations;
     GroupWindow window;
     window.show();
     return QApplication::exec();

@@ -20,7 +20,7 @@ constexpr unsigned short initialCrc = 0xFFFF;
 
 static_assert(headerLength + XferClass::maxData == bufferSize);
 
-enum Reply : short {
+enum Reply {
     blockAccepted = 0,
     checksumError = 1,
     receiverAborts = 2,

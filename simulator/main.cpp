@@ -2,6 +2,7 @@
 #include "SimulatorOptions.h"
 #include "TCrc32.h"
 #include "TerminationSignals.h"
+#include "Translations.h"
 
 #include <QCoreApplication>
 
@@ -125,6 +126,7 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("gx7100sim"));
     QCoreApplication::setApplicationVersion(QStringLiteral("2.1"));
+    const Translations translations;
 
     const auto parsed = SimulatorOptions::parse(QCoreApplication::arguments());
     if (const auto* message = std::get_if<SimulatorOptions::Message>(&parsed)) {

@@ -28,7 +28,8 @@ wait_for() {
 
 # start_instrument FOLDER ADDRESS NAME PAGE SEED
 start_instrument() {
-  "$bin/gx7100sim" --listen "$2" --name "$3" --page "$4" --seed "$5" >"$1/$3.log" 2>&1 &
+  # In English, whatever the user reads: its lines are looked for.
+  LANGUAGE= LC_ALL=C.UTF-8 "$bin/gx7100sim" --listen "$2" --name "$3" --page "$4" --seed "$5" >"$1/$3.log" 2>&1 &
   started+=("$!")
   local pid=$!
   wait_for 30 eval "grep -q Listening '$1/$3.log' || ! kill -0 $pid"

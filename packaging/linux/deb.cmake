@@ -21,7 +21,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${GX_WEB_SITE})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-# Without the daemon nothing is found by itself; without the others the desktop's own parts of
-# windows stay English, and nothing opens the guide.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "avahi-daemon, qt6-translations-l10n, xdg-utils")
+# Half of what a message box says is Qt's; without its translations it would speak two languages.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-translations-l10n")
+# Without the daemon nothing is found by itself; without the other nothing opens the guide.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "avahi-daemon, xdg-utils")
 include(CPack)

@@ -148,24 +148,42 @@ std::unique_ptr<Fault> makeFault() {
     return std::make_unique<Kind>();
 }
 
+/// Says where the translations of a text stand that is shown elsewhere.
+constexpr const char* operatorText(const char* /*context*/, const char* text) {
+    return text;
+}
+
 } // namespace
 
 const std::vector<FaultKind>& faultKinds() {
     static const std::vector<FaultKind> kinds{
-        {"single-bytes", "sends every byte in a write of its own", makeFault<SingleBytes>},
-        {"stray-bytes", "sends bytes between the frames that belong to none",
+        {"single-bytes", operatorText("SimulatorOptions", "sends every byte in a write of its own"),
+         makeFault<SingleBytes>},
+        {"stray-bytes",
+         operatorText("SimulatorOptions", "sends bytes between the frames that belong to none"),
          makeFault<StrayBytes>},
-        {"unknown-tags", "sends frames with unknown tags in between", makeFault<UnknownTags>},
-        {"unknown-types", "sends packets of unknown types in between", makeFault<UnknownTypes>},
-        {"truncated-items", "sends each screen update cut off first, then whole",
+        {"unknown-tags",
+         operatorText("SimulatorOptions", "sends frames with unknown tags in between"),
+         makeFault<UnknownTags>},
+        {"unknown-types",
+         operatorText("SimulatorOptions", "sends packets of unknown types in between"),
+         makeFault<UnknownTypes>},
+        {"truncated-items",
+         operatorText("SimulatorOptions", "sends each screen update cut off first, then whole"),
          makeFault<TruncatedItems>},
-        {"oversized-items", "sends each screen update with an item too long first, then whole",
+        {"oversized-items",
+         operatorText("SimulatorOptions",
+                      "sends each screen update with an item too long first, then whole"),
          makeFault<OversizedItems>},
-        {"half-frame", "sends one whole frame, then half a frame, then nothing more",
+        {"half-frame",
+         operatorText("SimulatorOptions",
+                      "sends one whole frame, then half a frame, then nothing more"),
          []() -> std::unique_ptr<Fault> {
              return std::make_unique<StopsHalfway>(Delivery::Ending::FallSilent);
          }},
-        {"abrupt-close", "sends one whole frame, then half a frame, then resets the connection",
+        {"abrupt-close",
+         operatorText("SimulatorOptions",
+                      "sends one whole frame, then half a frame, then resets the connection"),
          []() -> std::unique_ptr<Fault> {
              return std::make_unique<StopsHalfway>(Delivery::Ending::Reset);
          }},

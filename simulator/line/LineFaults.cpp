@@ -43,33 +43,43 @@ bool readReply(LineFaults& faults, std::string_view text) {
            readBlock(block, faults.replyAt);
 }
 
+/// Says where the translations of a text stand that is shown elsewhere.
+constexpr const char* operatorText(const char* /*context*/, const char* text) {
+    return text;
+}
+
 } // namespace
 
 const std::vector<LineFaultKind>& lineFaultKinds() {
     static const std::vector<LineFaultKind> kinds{
-        {"bit-errors", "RATE", "turns over a bit of so many bytes, 0 to 1",
+        {"bit-errors", "RATE",
+         operatorText("SerialOptions", "turns over a bit of so many bytes, 0 to 1"),
          [](LineFaults& faults, std::string_view value) {
              return readRate(value, faults.bitErrors);
          }},
-        {"drops", "RATE", "loses so many bytes, 0 to 1",
+        {"drops", "RATE", operatorText("SerialOptions", "loses so many bytes, 0 to 1"),
          [](LineFaults& faults, std::string_view value) { return readRate(value, faults.drops); }},
-        {"duplicates", "RATE", "carries so many bytes twice, 0 to 1",
+        {"duplicates", "RATE", operatorText("SerialOptions", "carries so many bytes twice, 0 to 1"),
          [](LineFaults& faults, std::string_view value) {
              return readRate(value, faults.duplicates);
          }},
-        {"stalls", "RATE", "holds the line up for 1.5 s at so many bytes, 0 to 1",
+        {"stalls", "RATE",
+         operatorText("SerialOptions", "holds the line up for 1.5 s at so many bytes, 0 to 1"),
          [](LineFaults& faults, std::string_view value) { return readRate(value, faults.stalls); }},
-        {"wrong-number", "BLOCK", "sends this block of a file under a wrong number",
+        {"wrong-number", "BLOCK",
+         operatorText("SerialOptions", "sends this block of a file under a wrong number"),
          [](LineFaults& faults, std::string_view value) {
              return readBlock(value, faults.wrongNumberAt);
          }},
-        {"reply", "CODE@BLOCK[xTIMES]", "answers this block of a file with that code, 0 to 255",
+        {"reply", "CODE@BLOCK[xTIMES]",
+         operatorText("SerialOptions", "answers this block of a file with that code, 0 to 255"),
          readReply},
-        {"abort", "BLOCK", "gives a file up at this block",
+        {"abort", "BLOCK", operatorText("SerialOptions", "gives a file up at this block"),
          [](LineFaults& faults, std::string_view value) {
              return readBlock(value, faults.abortAt);
          }},
-        {"never-answers", "", "lets the program wait when files are asked for",
+        {"never-answers", "",
+         operatorText("SerialOptions", "lets the program wait when files are asked for"),
          [](LineFaults& faults, std::string_view value) {
              faults.neverAnswers = true;
              return value.empty();

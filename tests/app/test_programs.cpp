@@ -34,8 +34,10 @@ private slots:
     void cleanup();
     void operatorDrivesASimulatedInstrument();
     void typedKeysAreLiteralBytes();
+    void speaksTheLanguageOfItsUser();
 
 private:
+    void start(const QProcessEnvironment& environment);
     void connectTo(const QString& address);
     /// The frame of the first tile: about two lines of its width and two of its height.
     int redPixels() { return countOf(m_desktop.picture(m_window), qRgb(255, 0, 0)); }
@@ -49,8 +51,11 @@ private:
 void TestPrograms::init() {
     QVERIFY(m_desktop.isReady());
     QSettings(QStringLiteral("VESTRA"), QStringLiteral("group7100")).clear();
-    m_program = std::make_unique<Program>(QStringLiteral(GX_PROGRAM), QStringList(),
-                                          m_desktop.environment());
+    start(m_desktop.environment());
+}
+
+void TestPrograms::start(const QProcessEnvironment& environment) {
+    m_program = std::make_unique<Program>(QStringLiteral(GX_PROGRAM), QStringList(), environment);
     const auto isOpen = [this] {
         m_window = m_desktop.window(mainTitle);
         return !m_window.isEmpty();
@@ -143,6 +148,15 @@ void TestPrograms::typedKeysAreLiteralBytes() {
     QTRY_VERIFY_WITH_TIMEOUT(!instrument.isConnected(), patience);
     QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, patience);
     QCOMPARE(instrument.received(), expected);
+}
+
+void TestPrograms::speaksTheLanguageOfItsUser() {
+    m_program.reset();
+    QProcessEnvironment environment = m_desktop.environment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
+    start(environment);
+    m_desktop.press({"ctrl+c"});
+    QTRY_VERIFY_WITH_TIMEOUT(!m_desktop.window(QStringLiteral("Chat-Fenster")).isEmpty(), patience);
 }
 
 int main(int argc, char** argv) {

@@ -18,4 +18,7 @@ TestEnvironment::TestEnvironment() {
     QFile::setPermissions(root.filePath(QStringLiteral("runtime")),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("AVAHI_COMPAT_NOWARN", "1");
+    // Texts and numbers are compared as they are written, whatever language the developer speaks.
+    qputenv("LC_ALL", "C.UTF-8");
+    qunsetenv("LANGUAGE");
 }
