@@ -28,10 +28,11 @@ bool isAddress(const QString& host) {
 NewConnection::NewConnection(QWidget* parent)
     : QDialog(parent), m_form(std::make_unique<Ui_NewConnection>()) {
     m_form->setupUi(this);
+    // First: the service takes its time for the answer, and looking for ports takes some too.
+    m_form->etherList->start(QStringLiteral("_gx7100._tcp"), QStringLiteral("local."));
     m_form->serialPorts->clear();
     for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts())
         m_form->serialPorts->addItem(port.portName());
-    m_form->etherList->start(QStringLiteral("_gx7100._tcp"), QStringLiteral("local."));
 
     // Whoever picks an instrument or a port means that kind of connection.
     const auto meansEther = [this] { m_form->etherButton->setChecked(true); };
