@@ -11,6 +11,7 @@
 #include "KeyMap.h"
 #include "Keyboard.h"
 #include "NewConnection.h"
+#include "WindowGeometry.h"
 #include "ui_GroupWindow.h"
 
 #include <QApplication>
@@ -45,6 +46,8 @@ GroupWindow::GroupWindow(QWidget* parent)
     setWindowTitle(
         tr("%1 %2").arg(QApplication::applicationName(), QApplication::applicationVersion()));
     connect(m_chatInbox, &ChatInbox::arrived, this, &GroupWindow::showReceivedChat);
+    connect(m_chatInbox, &ChatInbox::dropped, this,
+            [this](int count) { chat().noteDropped(count); });
     createActions();
     createToolBar();
     createMenus();
@@ -52,7 +55,7 @@ GroupWindow::GroupWindow(QWidget* parent)
     m_form->statusBar->addPermanentWidget(m_modifierLabel);
 
     const GroupSettings settings = GroupSettings::load(m_store);
-    if (!restoreGeometry(settings.geometry))
+    if (!windowgeometry::restore(*this, settings.geometry))
         resize(firstSize);
     m_maxColumns = settings.maxColumns;
     m_colors = settings.colors;

@@ -1,6 +1,7 @@
 #include "ChatWindow.h"
 
 #include "ChatText.h"
+#include "WindowGeometry.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -20,6 +21,12 @@ constexpr QSize kFirstSize(400, 200);
 constexpr int kShortestInput = 12;
 constexpr int kMiddleLightness = 128;
 
+QTextCharFormat in(const QColor& color) {
+    QTextCharFormat format;
+    format.setForeground(color);
+    return format;
+}
+
 } // namespace
 
 ChatWindow::ChatWindow(QSettings* settings, QWidget* parent)
@@ -32,9 +39,7 @@ ChatWindow::ChatWindow(QSettings* settings, QWidget* parent)
     buildTranscript();
     m_grid->addLayout(m_row, 0, 0);
     m_grid->addWidget(m_transcript, 1, 0);
-    // Bytes that end too early are taken for a window of one pixel.
-    if (!restoreGeometry(m_settings->value(settings_chat_geometry).toByteArray()) ||
-        size().boundedTo(minimumSizeHint()) == size()) {
+    if (!windowgeometry::restore(*this, m_settings->value(settings_chat_geometry))) {
         resize(kFirstSize);
     }
 }
@@ -82,23 +87,26 @@ void ChatWindow::followNewestLine() {
 
 void ChatWindow::sendLine() {
     const QString text = m_input->currentText();
-    append(Qt::blue, text);
+    append(in(Qt::blue), text);
     emit sendChat(text);
     m_input->clearEditText();
 }
 
 void ChatWindow::incoming(const QString& text) {
-    append(Qt::red, text);
+    append(in(Qt::red), text);
 }
 
-void ChatWindow::append(const QColor& color, const QString& text) {
+void ChatWindow::noteDropped(int count) {
+    // In neither party's colour: nobody has said it.
+    append({}, tr("[Too many at once: %1 lines from instruments are not shown]").arg(count));
+}
+
+void ChatWindow::append(const QTextCharFormat& format, const QString& text) {
     QTextDocument* const document = m_transcript->document();
     // A cursor of its own: the transcript's would colour what the operator has selected.
     QTextCursor cursor(document);
     cursor.movePosition(QTextCursor::End);
     cursor.beginEditBlock();
-    QTextCharFormat format;
-    format.setForeground(color);
     if (!document->isEmpty()) {
         cursor.insertBlock();
     }

@@ -2,6 +2,7 @@
 
 #include "CaptureName.h"
 #include "CaptureParams.h"
+#include "WindowGeometry.h"
 #include "ui_CaptureControl.h"
 
 #include <QDir>
@@ -37,7 +38,7 @@ CaptureControl::CaptureControl(QSettings* settings, QWidget* parent)
     connect(m_form->browseButton, &QPushButton::clicked, this, &CaptureControl::browse);
     if (m_settings == nullptr)
         return;
-    restoreGeometry(m_settings->value(settings_capcon_geometry).toByteArray());
+    windowgeometry::restore(*this, m_settings->value(settings_capcon_geometry));
     if (m_settings->contains(settings_capcon_params))
         setParams(m_settings->value(settings_capcon_params).toByteArray());
 }

@@ -4,6 +4,7 @@
 #include "WindowUnderTest.h"
 
 #include <QFile>
+#include <QScreen>
 #include <QSettings>
 
 namespace {
@@ -31,6 +32,8 @@ private slots:
     void damagedStore_data();
     void damagedStore();
     void geometryIsRestored();
+    void damagedGeometry_data();
+    void damagedGeometry();
     void colorsAndFontSpread();
     void settingsAreWrittenOnClosing();
     void settingsAreNotWrittenBefore();
@@ -82,6 +85,29 @@ void TestGroupWindowSettings::geometryIsRestored() {
     const Window again;
     again.widget->show();
     QCOMPARE(again.widget->geometry(), geometry);
+}
+
+void TestGroupWindowSettings::damagedGeometry_data() {
+    QTest::addColumn<QByteArray>("stored");
+    QTest::addColumn<QSize>("size");
+    QWidget other;
+    other.setGeometry(60, 70, 611, 433);
+    const QByteArray whole = other.saveGeometry();
+    for (qsizetype length = 0; length < whole.size(); ++length)
+        QTest::addRow("cut off after %d bytes", int(length))
+            << whole.left(length) << QSize(450, 180);
+    other.setGeometry(-9000, 9000, 611, 433);
+    QTest::newRow("off the screen") << other.saveGeometry() << QSize(611, 433);
+}
+
+void TestGroupWindowSettings::damagedGeometry() {
+    QFETCH(const QByteArray, stored);
+    QFETCH(const QSize, size);
+    m_store.setValue("group/geometry", stored);
+    const Window window;
+    window.widget->show();
+    QCOMPARE(window.widget->size(), size.expandedTo(window.widget->minimumSizeHint()));
+    QVERIFY(window.widget->screen()->availableGeometry().contains(window.widget->geometry()));
 }
 
 void TestGroupWindowSettings::colorsAndFontSpread() {

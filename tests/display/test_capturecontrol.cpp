@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QSpinBox>
 #include <QTimer>
@@ -378,6 +379,31 @@ private slots:
         settings->setValue(settings_capcon_geometry, geometry);
         const CaptureControl control(settings.get(), nullptr);
         QCOMPARE(control.getParams(), CaptureControl(nullptr, nullptr).getParams());
+    }
+
+    void damagedGeometry_data() {
+        QTest::addColumn<QByteArray>("stored");
+        QTest::addColumn<bool>("whole");
+        Dialog other;
+        other.control.setGeometry(60, 70, 700, 400);
+        const QByteArray whole = other.control.saveGeometry();
+        for (qsizetype length = 0; length < whole.size(); ++length)
+            QTest::addRow("cut off after %d bytes", int(length)) << whole.left(length) << false;
+        QTest::newRow("whole") << whole << true;
+        other.control.setGeometry(-9000, 9000, 700, 400);
+        QTest::newRow("off the screen") << other.control.saveGeometry() << true;
+    }
+    void damagedGeometry() {
+        QFETCH(const QByteArray, stored);
+        QFETCH(const bool, whole);
+        Dialog fresh;
+        fresh.control.show();
+        const auto settings = freshSettings();
+        settings->setValue(settings_capcon_geometry, stored);
+        Dialog dialog(settings.get());
+        dialog.control.show();
+        QCOMPARE(dialog.control.size(), whole ? QSize(700, 400) : fresh.control.size());
+        QVERIFY(dialog.control.screen()->availableGeometry().contains(dialog.control.geometry()));
     }
 
     void numbersOutOfRangeAreClamped() {
