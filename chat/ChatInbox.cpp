@@ -1,6 +1,9 @@
 #include "ChatInbox.h"
 
+#include "ChatText.h"
+
 #include <algorithm>
+#include <utility>
 
 ChatInbox::ChatInbox(QObject* parent) : QObject(parent) {
     m_nextTurn.setSingleShot(true);
@@ -9,9 +12,12 @@ ChatInbox::ChatInbox(QObject* parent) : QObject(parent) {
 }
 
 void ChatInbox::add(const QString& line) {
-    m_waiting.append(line);
-    if (m_waiting.size() > kMostWaiting)
+    // One more character than is shown, so that it can be seen to be cut.
+    m_waiting.append(line.left(kLongestChatLine + 1));
+    if (m_waiting.size() > kMostWaiting) {
         m_waiting.removeFirst();
+        ++m_dropped;
+    }
     if (!m_nextTurn.isActive())
         passOn();
 }
@@ -23,5 +29,7 @@ void ChatInbox::passOn() {
     m_nextTurn.start();
     const QStringList portion = m_waiting.first(std::min(kPortion, m_waiting.size()));
     m_waiting.erase(m_waiting.begin(), m_waiting.begin() + portion.size());
+    if (const int lost = std::exchange(m_dropped, 0))
+        emit dropped(lost);
     emit arrived(portion);
 }

@@ -1,5 +1,7 @@
 #include "ChatText.h"
 
+#include <algorithm>
+
 namespace {
 
 /// What turns a control character into the letter that is typed with Ctrl for it.
@@ -34,10 +36,18 @@ QString displayable(QChar c) {
     return QString(c);
 }
 
+/// The beginning of `text`; a character of two halves that the limit divides is left out.
+QString beginning(const QString& text) {
+    const qsizetype length = std::min(text.size(), kLongestChatLine);
+    const bool divides =
+        length > 0 && length < text.size() && text.at(length - 1).isHighSurrogate();
+    return text.left(divides ? length - 1 : length);
+}
+
 } // namespace
 
 QString displayableChat(const QString& text) {
-    QString lines = text.left(kLongestChatLine);
+    QString lines = beginning(text);
     lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     lines.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     QString shown;

@@ -3,6 +3,7 @@
 #include "ChatText.h"
 #include "WindowGeometry.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -11,6 +12,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSettings>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QTime>
@@ -67,7 +69,6 @@ void ChatWindow::buildTranscript() {
     m_transcript->setReadOnly(true);
     m_transcript->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_transcript->setUndoRedoEnabled(false);
-    m_transcript->document()->setMaximumBlockCount(kMostLines);
     keepTranscriptReadable();
     followNewestLine();
 }
@@ -114,6 +115,26 @@ void ChatWindow::append(const QTextCharFormat& format, const QString& text) {
                           displayableChat(text),
                       format);
     cursor.endEditBlock();
+    if (document->blockCount() > kMostLines) {
+        forgetOldest();
+    }
+}
+
+void ChatWindow::forgetOldest() {
+    QTextDocument* const document = m_transcript->document();
+    const QTextBlock oldestKept = document->findBlockByNumber(kForgottenAtOnce);
+    const qreal height = document->documentLayout()->blockBoundingRect(oldestKept).top();
+    QScrollBar* const bar = m_transcript->verticalScrollBar();
+    const int reading = bar->value() - static_cast<int>(height);
+    const bool following = m_following;
+    QTextCursor cursor(document);
+    cursor.setPosition(oldestKept.position(), QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    // Who has scrolled back still reads the same lines.
+    if (!following) {
+        bar->setValue(reading);
+    }
+    m_following = following;
 }
 
 void ChatWindow::showWithoutKeyboard() {

@@ -8,6 +8,7 @@ class QGridLayout;
 class QHBoxLayout;
 class QPushButton;
 class QSettings;
+class QTextCharFormat;
 class QTextEdit;
 
 /// Where the window keeps its geometry in the settings.
@@ -23,14 +24,18 @@ class ChatWindow : public QDialog {
     Q_OBJECT
 
 public:
-    /// The most lines the transcript holds; the oldest go first.
+    /// The most lines the transcript holds.
     static constexpr int kMostLines = 5000;
+    /// The oldest go first, this many at once: what is left must be laid out anew.
+    static constexpr int kForgottenAtOnce = 500;
 
     /// `settings` holds the geometry from one run to the next; not owned, must outlive the window.
     ChatWindow(QSettings* settings, QWidget* parent);
 
     /// Shows a received line.
     void incoming(const QString& text);
+    /// Says in the transcript that `count` received lines are missing here.
+    void noteDropped(int count);
     /// Stores the geometry, unless the window is hidden or minimised.
     void saveLocation();
     /// Brings the window to the front and leaves the keyboard with whatever window has it.
@@ -55,7 +60,8 @@ private:
     void buildInput();
     void buildTranscript();
     void followNewestLine();
-    void append(const QColor& color, const QString& text);
+    void append(const QTextCharFormat& format, const QString& text);
+    void forgetOldest();
     void keepTranscriptReadable();
 
     QSettings* m_settings;

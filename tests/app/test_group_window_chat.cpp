@@ -1,3 +1,4 @@
+#include "ChatInbox.h"
 #include "ChatWindow.h"
 #include "Operator.h"
 #include "RawInstrument.h"
@@ -36,6 +37,7 @@ private slots:
     void receivedLineOpensTheWindow();
     void receivedLineIsLiteral();
     void senderIsNotShown();
+    void linesLostInAFloodAreNoted();
     void bothWaysWithSimulatedInstruments();
     void minimisedWindowComesBack();
     void geometryIsStoredOnClosing();
@@ -173,6 +175,19 @@ void TestGroupWindowChat::senderIsNotShown() {
     window().incomingChat(QStringLiteral("North@unit3"), QStringLiteral("hello"));
     QVERIFY(!transcript()->toPlainText().contains(QStringLiteral("North")));
     QCOMPARE(line(0), QStringLiteral("hello"));
+}
+
+void TestGroupWindowChat::linesLostInAFloodAreNoted() {
+    constexpr int lost = 3;
+    const auto sent = static_cast<int>(ChatInbox::kMostWaiting) + 1 + lost;
+    for (int i = 0; i < sent; ++i)
+        window().incomingChat({}, QString::number(i));
+    const auto shown = [this] { return transcript()->blockCount(); };
+    QTRY_COMPARE_WITH_TIMEOUT(shown(), static_cast<int>(ChatInbox::kMostWaiting) + 2, kPatience);
+    QCOMPARE(line(0), QStringLiteral("0"));
+    QVERIFY2(line(1).contains(QStringLiteral(" 3 lines")), qPrintable(line(1)));
+    QCOMPARE(line(2), QString::number(1 + lost));
+    QCOMPARE(line(shown() - 1), QString::number(sent - 1));
 }
 
 void TestGroupWindowChat::bothWaysWithSimulatedInstruments() {

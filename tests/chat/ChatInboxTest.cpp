@@ -1,4 +1,5 @@
 #include "ChatInbox.h"
+#include "ChatText.h"
 #include "TestEnvironment.h"
 
 #include <algorithm>
@@ -10,6 +11,9 @@ private slots:
     void aLineIsPassedOnAtOnce();
     void linesOnItsHeelsComeInPortionsAndInOrder();
     void onlyTheNewestOfTooManyArePassedOn();
+    void whatIsLostIsToldWhereItIsMissing();
+    void nothingIsToldLostThatIsNot();
+    void waitingLinesAreBounded();
     void linesMayComeInWhileOthersArePassedOn();
 };
 
@@ -54,6 +58,52 @@ void ChatInboxTest::onlyTheNewestOfTooManyArePassedOn() {
     QCOMPARE(seen.size(), ChatInbox::kMostWaiting + 1);
     QCOMPARE(seen.at(0), QStringLiteral("0"));
     QCOMPARE(seen.at(1), QString::number(sent - ChatInbox::kMostWaiting));
+}
+
+void ChatInboxTest::whatIsLostIsToldWhereItIsMissing() {
+    ChatInbox inbox(nullptr);
+    QStringList seen;
+    connect(&inbox, &ChatInbox::arrived, this,
+            [&seen](const QStringList& lines) { seen += lines; });
+    connect(&inbox, &ChatInbox::dropped, this,
+            [&seen](int count) { seen += QStringLiteral("%1 lost").arg(count); });
+    // The first is passed on at once, as many as can wait do, and seven are too many.
+    constexpr int lost = 7;
+    const auto sent = static_cast<int>(ChatInbox::kMostWaiting) + 1 + lost;
+    for (int i = 0; i < sent; ++i)
+        inbox.add(QString::number(i));
+    QTRY_VERIFY_WITH_TIMEOUT(seen.last() == QString::number(sent - 1), 60000);
+    QCOMPARE(seen.size(), ChatInbox::kMostWaiting + 2);
+    QCOMPARE(seen.at(0), QStringLiteral("0"));
+    QCOMPARE(seen.at(1), QStringLiteral("7 lost"));
+    QCOMPARE(seen.at(2), QStringLiteral("8"));
+    QCOMPARE(seen.filter(QStringLiteral("lost")).size(), 1);
+}
+
+void ChatInboxTest::nothingIsToldLostThatIsNot() {
+    ChatInbox inbox(nullptr);
+    QStringList seen;
+    int told = 0;
+    connect(&inbox, &ChatInbox::arrived, this,
+            [&seen](const QStringList& lines) { seen += lines; });
+    connect(&inbox, &ChatInbox::dropped, this, [&told] { ++told; });
+    for (qsizetype i = 0; i < ChatInbox::kMostWaiting + 1; ++i)
+        inbox.add(QString::number(i));
+    QTRY_COMPARE_WITH_TIMEOUT(seen.size(), ChatInbox::kMostWaiting + 1, 60000);
+    QCOMPARE(told, 0);
+}
+
+void ChatInboxTest::waitingLinesAreBounded() {
+    ChatInbox inbox(nullptr);
+    QStringList seen;
+    connect(&inbox, &ChatInbox::arrived, this,
+            [&seen](const QStringList& lines) { seen += lines; });
+    for (const qsizetype length : {kLongestChatLine, kLongestChatLine + 1, qsizetype{1000000}})
+        inbox.add(QString(length, QLatin1Char('x')));
+    QTRY_COMPARE_WITH_TIMEOUT(seen.size(), 3, 60000);
+    QCOMPARE(seen[0].size(), kLongestChatLine);
+    QCOMPARE(seen[1].size(), kLongestChatLine + 1);
+    QCOMPARE(seen[2].size(), kLongestChatLine + 1);
 }
 
 void ChatInboxTest::linesMayComeInWhileOthersArePassedOn() {

@@ -10,6 +10,8 @@ private slots:
     void isShown();
     void isBounded_data();
     void isBounded();
+    void isCutBetweenCharacters_data();
+    void isCutBetweenCharacters();
     void neverStructuresTheDocument();
 };
 
@@ -71,6 +73,27 @@ void ChatTextTest::isBounded() {
     const QString shown = displayableChat(QString(length, QLatin1Char('x')));
     QVERIFY(shown.endsWith(end));
     QCOMPARE(shown.size(), std::min(length, kLongestChatLine + 1));
+}
+
+void ChatTextTest::isCutBetweenCharacters_data() {
+    QTest::addColumn<qsizetype>("letters");
+    QTest::addColumn<QString>("end");
+    const QString face = QString::fromUtf16(u"\U0001F600");
+    const QString ellipsis = QString::fromUtf16(u"\u2026");
+    QTest::newRow("fits with a letter to spare") << kLongestChatLine - 3 << "x" + face;
+    QTest::newRow("fits") << kLongestChatLine - 2 << "x" + face;
+    QTest::newRow("half of it fits") << kLongestChatLine - 1 << "x" + ellipsis;
+    QTest::newRow("comes after") << kLongestChatLine << "x" + ellipsis;
+}
+
+void ChatTextTest::isCutBetweenCharacters() {
+    QFETCH(qsizetype, letters);
+    QFETCH(QString, end);
+    const QString face = QString::fromUtf16(u"\U0001F600");
+    const QString shown = displayableChat(QString(letters, QLatin1Char('x')) + face);
+    QCOMPARE(shown.right(end.size()), end);
+    QVERIFY(shown.isValidUtf16());
+    QVERIFY(shown.size() <= kLongestChatLine + 1);
 }
 
 void ChatTextTest::neverStructuresTheDocument() {
