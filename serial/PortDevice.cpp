@@ -89,21 +89,25 @@ bool isForbidden(const QString& device) {
 }
 
 QString permissionAdvice(const QString& device) {
-    return permissionAdvice(device, QFileInfo(device).group());
+    const QFileInfo info(device);
+    return permissionAdvice(device, info.group(), info.permissions());
 }
 
-QString permissionAdvice(const QString& device, const QString& group) {
-    if (group.isEmpty() || group == QLatin1String("root"))
-        return QCoreApplication::translate(
-                   "portdevice",
-                   "Cannot open %1: permission denied. Only root may use this device; "
-                   "ask the administrator for access.")
-            .arg(device);
-    return QCoreApplication::translate("portdevice",
-                                       "Cannot open %1: permission denied. The device belongs to "
-                                       "the group %2; join it with "
-                                       "\"sudo usermod -aG %2 $USER\", then log out and in again.")
-        .arg(device, group);
+QString permissionAdvice(const QString& device, const QString& group,
+                         QFileDevice::Permissions permissions) {
+    constexpr QFileDevice::Permissions needed = QFileDevice::ReadGroup | QFileDevice::WriteGroup;
+    const bool joiningHelps =
+        (permissions & needed) == needed && !group.isEmpty() && group != QLatin1String("root");
+    return (joiningHelps
+                ? QCoreApplication::translate(
+                      "portdevice",
+                      "Cannot open %1: permission denied. The device belongs to the group %2; join "
+                      "it with \"sudo usermod -aG %2 $USER\", then log out and in again.")
+                : QCoreApplication::translate(
+                      "portdevice",
+                      "Cannot open %1: permission denied. The device belongs to the group %2; ask "
+                      "the administrator for access."))
+        .arg(device, group.isEmpty() ? QStringLiteral("?") : group);
 }
 
 } // namespace portdevice

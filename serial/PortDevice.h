@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileDevice>
 #include <QSerialPort>
 #include <QString>
 
@@ -28,9 +29,10 @@ QString path(const QString& portName);
 /// Whether this user may not open the device.
 bool isForbidden(const QString& device);
 
-/// One line that tells the operator of a forbidden device which group to join.
+/// One line that names a forbidden device and its group, and tells the operator what to do.
 QString permissionAdvice(const QString& device);
-/// The same for a device known to belong to `group`.
-QString permissionAdvice(const QString& device, const QString& group);
+/// The same for a device that is known to belong to `group` and to have those permissions.
+QString permissionAdvice(const QString& device, const QString& group,
+                         QFileDevice::Permissions permissions);
 
 } // namespace portdevice

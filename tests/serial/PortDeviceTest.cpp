@@ -99,23 +99,30 @@ void PortDeviceTest::device_of_a_port() {
 
 void PortDeviceTest::advice_data() {
     QTest::addColumn<QString>("group");
+    QTest::addColumn<int>("permissions");
     QTest::addColumn<QString>("advice");
 
+    const QString belongs = QStringLiteral(
+        "Cannot open /dev/ttyUSB0: permission denied. The device belongs to the group ");
     QTest::newRow("a group to join")
-        << "dialout"
-        << "Cannot open /dev/ttyUSB0: permission denied. The device belongs to the group dialout; "
-           "join it with \"sudo usermod -aG dialout $USER\", then log out and in again.";
-    const QString administrator = QStringLiteral(
-        "Cannot open /dev/ttyUSB0: permission denied. Only root may use this device; ask the "
-        "administrator for access.");
-    QTest::newRow("no group to join") << "root" << administrator;
-    QTest::newRow("a group without a name") << QString() << administrator;
+        << "dialout" << 0x6060
+        << belongs +
+               "dialout; join it with \"sudo usermod -aG dialout $USER\", then log out and in "
+               "again.";
+    const QString askFor = QStringLiteral("; ask the administrator for access.");
+    QTest::newRow("a group that is never joined") << "root" << 0x6060 << belongs + "root" + askFor;
+    QTest::newRow("a group without a name") << "" << 0x6060 << belongs + "?" + askFor;
+    QTest::newRow("a group that may not use it") << "uucp" << 0x6000 << belongs + "uucp" + askFor;
+    QTest::newRow("a group that may only look") << "uucp" << 0x6040 << belongs + "uucp" + askFor;
 }
 
 void PortDeviceTest::advice() {
     QFETCH(const QString, group);
+    QFETCH(const int, permissions);
     QFETCH(const QString, advice);
-    QCOMPARE(portdevice::permissionAdvice(QStringLiteral("/dev/ttyUSB0"), group), advice);
+    QCOMPARE(portdevice::permissionAdvice(QStringLiteral("/dev/ttyUSB0"), group,
+                                          QFileDevice::Permissions(permissions)),
+             advice);
 }
 
 void PortDeviceTest::a_forbidden_port_is_told_in_one_line() {
