@@ -20,6 +20,8 @@ constexpr int extraHeight = 32;
 constexpr int extraWidth = 4;
 
 constexpr int frameLine = 2;
+/// At least so much of the name is shown.
+constexpr int nameLetters = 8;
 
 /// A byte of an item as a number; one that did not arrive counts as 0.
 int signedByte(std::string_view data, std::size_t index) {
@@ -36,6 +38,8 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
     setMinimumSize(display->minimumWidth() + extraWidth, display->minimumHeight() + extraHeight);
     // The frame's colour is this widget's window text; the name must not turn red with it.
     m_form->nameLabel->setForegroundRole(QPalette::ButtonText);
+    // However much there is to tell of a file transfer.
+    m_form->nameLabel->setMinimumWidth(nameLetters * fontMetrics().averageCharWidth());
     m_form->killBtn->setIcon(QIcon(QStringLiteral(":/buttons/images/button_cancel.png")));
     showConnectButton(QStringLiteral(":/buttons/images/Connect.png"), tr("Connect"));
 
@@ -188,6 +192,9 @@ void ConnectionWidget::keyPressed(unsigned short code) {
 void ConnectionWidget::signalFor7100(std::string packet) {
     if (receivesKeys())
         m_link->slotTo(packet);
+    else if (frameShape() == QFrame::Box)
+        // The link has closed and has yet to say so.
+        setSendState(false);
 }
 
 void ConnectionWidget::showCaptureWindow() {

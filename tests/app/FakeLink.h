@@ -41,6 +41,8 @@ public:
     }
     /// An attempt under way: a link may count as open before it says connected().
     void openSilently() { m_open = true; }
+    /// A port that has failed: a link may not be open any more before it says disconnected().
+    void closeSilently() { m_open = false; }
 
     QStringList calls;
     std::vector<std::string> sent;

@@ -47,6 +47,7 @@ public:
             &Scene::addTile,     &Scene::removeTile, &Scene::giveLink, &Scene::linkOpens,
             &Scene::linkCloses,  &Scene::disconnect, &Scene::click,    &Scene::click,
             &Scene::clickScreen, &Scene::wish,       &Scene::startAll, &Scene::stopAll,
+            &Scene::linkFails,
         };
         const Act act = acts.at(static_cast<std::size_t>(m_dice.upTo(int(acts.size()) - 1)));
         return (this->*act)();
@@ -114,6 +115,11 @@ private:
         if (auto* tile = anyTile(); tile && m_links[tile])
             m_links[tile]->close();
         return QStringLiteral("close");
+    }
+    QString linkFails() {
+        if (auto* tile = anyTile(); tile && m_links[tile])
+            m_links[tile]->closeSilently();
+        return QStringLiteral("fail");
     }
     QString disconnect() {
         if (auto* tile = anyTile(); tile && tile->IsConnected())
