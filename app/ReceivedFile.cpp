@@ -1,5 +1,7 @@
 #include "ReceivedFile.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace receivedfile {
@@ -22,6 +24,10 @@ QString suggestedName(const QString& origin, const QString& time) {
 }
 
 QString save(const QString& path, const QByteArray& contents) {
+    // Renaming would put the file in the place of a device.
+    const QFileInfo existing(path);
+    if (existing.exists() && !existing.isFile())
+        return QCoreApplication::translate("receivedfile", "not an ordinary file");
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
         !file.commit())

@@ -14,11 +14,15 @@
 
 namespace {
 constexpr int tickPeriod = 500;
+/// How long a message is shown instead of the progress, milliseconds.
+constexpr qint64 readingTime = 5000;
 } // namespace
 
 TransferPanel::TransferPanel(QWidget* parent)
     : QWidget(parent), m_form(std::make_unique<Ui_TransferPanel>()) {
     m_form->setupUi(this);
+    // Like the tile's name: the window text's colour is the frame's.
+    m_form->statusLabel->setForegroundRole(QPalette::ButtonText);
     m_clock.start();
     m_ticker.setInterval(tickPeriod);
     connect(&m_ticker, &QTimer::timeout, this, &TransferPanel::refresh);
@@ -62,19 +66,25 @@ void TransferPanel::askForFile() {
 }
 
 void TransferPanel::sendFile(const QString& path) {
-    if (!canSend())
-        return;
-    QFile file(path);
     const QString name = QFileInfo(path).fileName();
+    // While the operator looked for the file the line may have gone, or a file may have come.
+    if (!canSend()) {
+        const QString reason =
+            m_progress.isBusy() ? tr("another file is on its way") : tr("the connection has ended");
+        tell(tr("%1 was not sent: %2").arg(name, reason), tr("Not sent"));
+        return;
+    }
+    QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        refuse(tr("%1: %2").arg(name, file.errorString()));
+        tell(tr("%1: %2").arg(name, file.errorString()), file.errorString());
         return;
     }
     // One byte more than may be tells a file that is too large, whatever its size is said to be.
     const QByteArray contents = file.read(XferClass::maxFileSize + 1);
     if (contents.size() > XferClass::maxFileSize) {
-        refuse(tr("%1: a file for an instrument has at most %2")
-                   .arg(name, locale().formattedDataSize(XferClass::maxFileSize)));
+        tell(tr("%1: a file for an instrument has at most %2")
+                 .arg(name, TransferProgress::sizeText(XferClass::maxFileSize)),
+             tr("Too large"));
         return;
     }
     m_note.clear();
@@ -83,13 +93,16 @@ void TransferPanel::sendFile(const QString& path) {
     refresh();
 }
 
-void TransferPanel::refuse(const QString& text) {
-    m_note = text;
+void TransferPanel::tell(const QString& note, const QString& inShort) {
+    m_note = QStringList{note, inShort};
+    m_toldAt = m_clock.elapsed();
     refresh();
 }
 
 void TransferPanel::showStatus(int status, int value) {
-    m_note.clear();
+    // The outcome is news; a block leaves time to read what was told.
+    if (status == 0)
+        m_note.clear();
     m_progress.update(status, value, m_clock.elapsed());
     refresh();
 }
@@ -98,8 +111,14 @@ void TransferPanel::takePacket(const std::string& packet) {
     const auto view = packet::parse(packet);
     if (!view || view->type != "FXFR")
         return;
-    m_unsaved.append(QByteArray(view->body.data(), static_cast<qsizetype>(view->body.size())));
-    refresh();
+    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const bool kept =
+        m_unsaved.add({receivedfile::suggestedName(m_origin, time),
+                       QByteArray(view->body.data(), static_cast<qsizetype>(view->body.size()))});
+    if (kept)
+        refresh();
+    else
+        tell(tr("Not kept: save the others first"), tr("Not kept"));
 }
 
 void TransferPanel::linkClosed() {
@@ -133,8 +152,7 @@ void TransferPanel::askWhereToSave() {
     m_dialog = new QFileDialog(this, tr("Save File"));
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     m_dialog->setAcceptMode(QFileDialog::AcceptSave);
-    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    m_dialog->selectFile(receivedfile::suggestedName(m_origin, time));
+    m_dialog->selectFile(m_unsaved.first().suggestedName);
     connect(m_dialog, &QFileDialog::fileSelected, this, &TransferPanel::saveFirst);
     m_dialog->open();
 }
@@ -143,43 +161,45 @@ void TransferPanel::saveFirst(const QString& path) {
     if (m_unsaved.isEmpty())
         return;
     const QString name = QFileInfo(path).fileName();
-    const QString error = receivedfile::save(path, m_unsaved.first());
+    const QString error = receivedfile::save(path, m_unsaved.first().contents);
     // A file that could not be saved can be saved elsewhere.
     if (error.isEmpty())
         m_unsaved.removeFirst();
-    refuse(error.isEmpty() ? tr("%1 was saved").arg(name) : tr("%1: %2").arg(name, error));
+    if (error.isEmpty())
+        tell(tr("%1 was saved").arg(name), tr("Saved"));
+    else
+        tell(tr("%1: %2").arg(name, error), error);
 }
 
 void TransferPanel::refresh() {
     const bool busy = m_progress.isBusy();
     const int percent = m_progress.percent();
+    if (busy && m_clock.elapsed() - m_toldAt > readingTime)
+        m_note.clear();
     m_form->progressBar->setVisible(busy);
     m_form->progressBar->setRange(0, percent < 0 ? 0 : 100);
     m_form->progressBar->setValue(percent);
-    m_form->saveBtn->setVisible(!m_unsaved.isEmpty());
-    m_form->saveBtn->setText(m_unsaved.size() > 1 ? tr("Save... (%1)").arg(m_unsaved.size())
-                                                  : tr("Save..."));
-    m_form->cancelBtn->setText(busy ? tr("Cancel") : tr("Close"));
-    m_form->cancelBtn->setToolTip(busy                  ? tr("Stop the file transfer")
-                                  : m_unsaved.isEmpty() ? QString()
-                                                        : tr("Throws away what was not saved"));
-    const QString text = m_note.isEmpty() ? m_progress.text(m_clock.elapsed()) : m_note;
-    showText(text);
+    refreshButtons();
+    const QStringList wordings = m_note.isEmpty() ? m_progress.wordings(m_clock.elapsed()) : m_note;
+    const QString text = wordings.value(0);
+    m_form->statusLabel->setWordings(wordings);
+    // A file's name may be long and may look like markup.
+    m_form->statusLabel->setToolTip(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
     setVisible(busy || !text.isEmpty() || !m_unsaved.isEmpty());
     if (busy != m_ticker.isActive())
         busy ? m_ticker.start() : m_ticker.stop();
 }
 
-void TransferPanel::showText(const QString& text) {
-    QLabel* label = m_form->statusLabel;
-    // A file's name may be long and may look like markup.
-    label->setToolTip(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
-    label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, label->width()));
-    label->setAccessibleName(text);
-}
-
-void TransferPanel::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    layout()->activate();
-    showText(m_note.isEmpty() ? m_progress.text(m_clock.elapsed()) : m_note);
+void TransferPanel::refreshButtons() {
+    const qsizetype unsaved = m_unsaved.count();
+    m_form->saveBtn->setVisible(unsaved > 0);
+    m_form->saveBtn->setText(unsaved > 1 ? tr("Save... (%1)").arg(unsaved) : tr("Save..."));
+    if (m_progress.isBusy()) {
+        m_form->cancelBtn->setText(tr("Cancel"));
+        m_form->cancelBtn->setToolTip(tr("Stop the file transfer"));
+    } else {
+        m_form->cancelBtn->setText(unsaved > 0 ? tr("Discard") : tr("Close"));
+        m_form->cancelBtn->setToolTip(unsaved > 0 ? tr("Throws away what was not saved")
+                                                  : QString());
+    }
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "TransferProgress.h"
+#include "UnsavedFiles.h"
 
 #include <QByteArray>
 #include <QElapsedTimer>
-#include <QList>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -43,26 +43,24 @@ public:
     /// file behind it, NULs and all.
     static std::string filePacket(const QByteArray& contents);
 
-protected:
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     void showStatus(int status, int value);
     void takePacket(const std::string& packet);
     void linkClosed();
     void cancel();
-    void refuse(const QString& text);
+    void tell(const QString& note, const QString& inShort);
     void askWhereToSave();
     void saveFirst(const QString& path);
     void refresh();
-    void showText(const QString& text);
+    void refreshButtons();
 
     std::unique_ptr<Ui_TransferPanel> m_form;
     QPointer<ConnectGX7100Serial> m_link;
     QString m_origin;
     TransferProgress m_progress;
-    QString m_note; ///< what to tell instead of the progress
-    QList<QByteArray> m_unsaved;
+    QStringList m_note; ///< what to tell instead of the progress
+    qint64 m_toldAt = 0;
+    UnsavedFiles m_unsaved;
     QPointer<QFileDialog> m_dialog;
     QElapsedTimer m_clock;
     QTimer m_ticker;

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
 
 /// How far a file transfer has come, out of what its link says, and that in words. Knows neither a
 /// link nor a widget, and no clock: times are what the caller says they are, in milliseconds.
@@ -23,15 +24,19 @@ public:
     bool isBusy() const { return m_state != State::None && m_state != State::Ended; }
     /// Share that is done, 0 to 100; -1 while that cannot be known.
     int percent() const;
-    /// What the operator is told. Plain text.
-    QString text(qint64 now) const;
+    /// A number of bytes in words.
+    static QString sizeText(qint64 bytes);
+    /// What the operator is told: the same in a few wordings, the longest first. Plain text; empty
+    /// while there is nothing to tell.
+    QStringList wordings(qint64 now) const;
 
 private:
     void begin(int total, qint64 now);
     void addBlock(int count);
     void end(int result);
     QString rateText(qint64 now) const;
-    QString sendingText(qint64 now) const;
+    QString timeLeft(qint64 now) const;
+    QStringList sendingWordings(qint64 now) const;
 
     State m_state = State::None;
     QString m_name;
@@ -40,5 +45,5 @@ private:
     qint64 m_began = 0;
     bool m_lastBlockAccepted = false;
     bool m_announced = false;
-    QString m_outcome;
+    QStringList m_outcome;
 };

@@ -48,8 +48,9 @@ QString XferClass::ErrorText(int error) {
     case DroppedPacket:
         return tr("Dropped Packet");
     default:
-        // Exactly this, without the number: operators and their notes know the text as it stands.
-        return tr("ERROR @1");
+        // Exactly this, without the number and in every language: operators and their notes know
+        // the text as it stands.
+        return QStringLiteral("ERROR @1");
     }
 }
 

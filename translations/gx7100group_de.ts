@@ -1028,6 +1028,38 @@ Um eines zu sehen, starten Sie GX7100Group, wählen Sie „Verbindung hinzufüge
         <source>Throws away what was not saved</source>
         <translation>Verwirft, was nicht gespeichert wurde</translation>
     </message>
+    <message>
+        <source>another file is on its way</source>
+        <translation>eine andere Datei ist unterwegs</translation>
+    </message>
+    <message>
+        <source>%1 was not sent: %2</source>
+        <translation>%1 wurde nicht gesendet: %2</translation>
+    </message>
+    <message>
+        <source>Not sent</source>
+        <translation>Nicht gesendet</translation>
+    </message>
+    <message>
+        <source>Too large</source>
+        <translation>Zu groß</translation>
+    </message>
+    <message>
+        <source>Not kept: save the others first</source>
+        <translation>Nicht behalten: erst die anderen speichern</translation>
+    </message>
+    <message>
+        <source>Not kept</source>
+        <translation>Nicht behalten</translation>
+    </message>
+    <message>
+        <source>Saved</source>
+        <translation>Gespeichert</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
 </context>
 <context>
     <name>TransferProgress</name>
@@ -1052,32 +1084,48 @@ Um eines zu sehen, starten Sie GX7100Group, wählen Sie „Verbindung hinzufüge
         <translation>%1 wurde gesendet</translation>
     </message>
     <message>
-        <source>%1: the instrument took only %2 of %3</source>
-        <translation>%1: Das Gerät hat nur %2 von %3 angenommen</translation>
-    </message>
-    <message>
         <source>%1: waiting for the instrument</source>
         <translation>%1: wartet auf das Gerät</translation>
-    </message>
-    <message>
-        <source>Receiving: %1%2</source>
-        <translation>Empfang: %1%2</translation>
     </message>
     <message>
         <source>, %1/s</source>
         <translation>, %1/s</translation>
     </message>
     <message>
-        <source>%1 of %2%3</source>
-        <translation>%1 von %2%3</translation>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
     </message>
     <message>
-        <source>, %1:%2 left</source>
-        <translation>, noch %1:%2</translation>
+        <source>Sent</source>
+        <translation>Gesendet</translation>
     </message>
     <message>
-        <source>, %1 s left</source>
-        <translation>, noch %1 s</translation>
+        <source>only %1 of %2</source>
+        <translation>nur %1 von %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 arrived</source>
+        <translation>%1: %2 angekommen</translation>
+    </message>
+    <message>
+        <source>Not complete</source>
+        <translation>Nicht vollständig</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>Receiving: %1</source>
+        <translation>Empfang: %1</translation>
+    </message>
+    <message>
+        <source>%1 left</source>
+        <translation>noch %1</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
 </context>
 <context>
@@ -1165,20 +1213,23 @@ Um eines zu sehen, starten Sie GX7100Group, wählen Sie „Verbindung hinzufüge
         <source>Dropped Packet</source>
         <translation>Paket verloren</translation>
     </message>
-    <message>
-        <source>ERROR @1</source>
-        <translation>FEHLER @1</translation>
-    </message>
 </context>
 <context>
     <name>portdevice</name>
     <message>
-        <source>Cannot open %1: permission denied. Only root may use this device; ask the administrator for access.</source>
-        <translation>%1 kann nicht geöffnet werden: Zugriff verweigert. Nur root darf dieses Gerät benutzen; bitten Sie den Systemverwalter um Zugang.</translation>
-    </message>
-    <message>
         <source>Cannot open %1: permission denied. The device belongs to the group %2; join it with &quot;sudo usermod -aG %2 $USER&quot;, then log out and in again.</source>
         <translation>%1 kann nicht geöffnet werden: Zugriff verweigert. Das Gerät gehört der Gruppe %2; treten Sie ihr mit „sudo usermod -aG %2 $USER“ bei und melden Sie sich dann ab und wieder an.</translation>
+    </message>
+    <message>
+        <source>Cannot open %1: permission denied. The device belongs to the group %2; ask the administrator for access.</source>
+        <translation>%1 kann nicht geöffnet werden: Zugriff verweigert. Das Gerät gehört der Gruppe %2; bitten Sie den Systemverwalter um Zugang.</translation>
+    </message>
+</context>
+<context>
+    <name>receivedfile</name>
+    <message>
+        <source>not an ordinary file</source>
+        <translation>keine gewöhnliche Datei</translation>
     </message>
 </context>
 </TS>

@@ -4,6 +4,8 @@
 #include "ConnectGX7100Serial.h"
 #include "ConnectionWidget.h"
 #include "FakeLink.h"
+#include "FittingLabel.h"
+#include "Frame.h"
 #include "SerialSimulator.h"
 #include "SpinUntil.h"
 #include "TestEnvironment.h"
@@ -26,11 +28,15 @@ private slots:
     void theMenuKnowsTheLine();
     void thePacketOfAFile();
     void aFileIsSentAndComesBack();
+    void tilesOfAnySizeHaveRoomForIt_data();
+    void tilesOfAnySizeHaveRoomForIt();
     void stoppedWhileSending();
     void stoppedWhileWaiting();
     void aLostLine();
     void aShortCountIsToldAsItIs();
     void filesThatCannotBeSent();
+    void whatHappensWhileAFileIsChosen();
+    void unsavedFilesAreBounded();
     void whatCannotBeSavedStays();
     void nothingIsOverwrittenUnasked();
 };
@@ -69,7 +75,9 @@ struct Scene {
     QString path(const QString& name) const { return folder.filePath(name); }
     TransferPanel* panel() { return tile.findChild<TransferPanel*>("transferPanel"); }
     QToolButton* button(const char* name) { return tile.findChild<QToolButton*>(name); }
-    QString text() { return tile.findChild<QLabel*>("statusLabel")->accessibleName(); }
+    FittingLabel* label() { return tile.findChild<FittingLabel*>("statusLabel"); }
+    QString text() { return label()->text(); }
+    QString shown() { return label()->shown(label()->width()); }
     bool says(const QString& words) {
         const bool said = spinUntil([&] { return text() == words; }, patience);
         if (!said)
@@ -106,8 +114,6 @@ void TestTransferPanel::theMenuKnowsTheLine() {
     scene.tile.Disconnect();
     QVERIFY(spinUntil([&] { return scene.menu() == twoEntries; }, patience));
     QVERIFY(!scene.panel()->canSend());
-    scene.panel()->sendFile(scene.path("source"));
-    QVERIFY(scene.panel()->isHidden());
 }
 
 void TestTransferPanel::thePacketOfAFile() {
@@ -149,6 +155,36 @@ void TestTransferPanel::aFileIsSentAndComesBack() {
     QVERIFY(scene.panel()->isHidden());
 }
 
+void TestTransferPanel::tilesOfAnySizeHaveRoomForIt_data() {
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("one that shows its screen in full")
+        << 445 << ".* kB of 58.6 kB, .*B/s, \\d+ s left";
+    QTest::newRow("the smallest") << 0 << "\\d+ s left";
+}
+
+void TestTransferPanel::tilesOfAnySizeHaveRoomForIt() {
+    QFETCH(const int, width);
+    QFETCH(const QString, shown);
+    Scene scene(60000, 57600);
+    const QSize size = scene.tile.minimumSize().expandedTo(QSize(width, 0));
+    scene.tile.resize(size);
+    scene.tile.setSendState(true);
+    scene.panel()->sendFile(scene.path("source"));
+    const QRegularExpression wording(QRegularExpression::anchoredPattern(shown));
+    QVERIFY2(spinUntil([&] { return wording.match(scene.shown()).hasMatch(); }, patience),
+             qPrintable(scene.shown()));
+    QCOMPARE(scene.tile.size(), size);
+    const auto* name = scene.tile.findChild<QLabel*>("nameLabel");
+    QVERIFY(name->width() >= name->fontMetrics().horizontalAdvance("North"));
+    // The text does not turn red with the frame.
+    QVERIFY(isRed(scene.tile));
+    QCOMPARE(scene.label()->foregroundRole(), QPalette::ButtonText);
+    scene.button("cancelBtn")->click();
+    QVERIFY(scene.says("Sending source: Abort"));
+    QVERIFY(spinUntil([&] { return scene.shown().endsWith("Abort"); }, patience));
+}
+
 void TestTransferPanel::stoppedWhileSending() {
     Scene scene(100000, 115200);
     scene.panel()->sendFile(scene.path("source"));
@@ -185,7 +221,7 @@ void TestTransferPanel::aLostLine() {
 void TestTransferPanel::aShortCountIsToldAsItIs() {
     Scene scene(2000, 0, "reply=3@2x6");
     scene.panel()->sendFile(scene.path("source"));
-    QVERIFY(scene.says("Sending source: the instrument took only 1020 bytes of 2.0 kB"));
+    QVERIFY(scene.says("source: only 1020 bytes of 2.0 kB arrived"));
 }
 
 void TestTransferPanel::filesThatCannotBeSent() {
@@ -196,9 +232,44 @@ void TestTransferPanel::filesThatCannotBeSent() {
     QVERIFY(large.open(QIODevice::WriteOnly));
     QVERIFY(large.resize(66844681)); // one more than 65534 blocks of 1020 bytes
     scene.panel()->sendFile(scene.path("large"));
-    QVERIFY2(scene.text().startsWith("large: a file for an instrument has at most "),
-             qPrintable(scene.text()));
+    QCOMPARE(scene.text(), QString("large: a file for an instrument has at most 63.7 MB"));
     QVERIFY(scene.panel()->canSend());
+}
+
+void TestTransferPanel::whatHappensWhileAFileIsChosen() {
+    Scene scene(60000, 57600);
+    scene.panel()->askForFile();
+    auto* dialog = scene.tile.findChild<QFileDialog*>();
+    scene.simulator.sendFile(scene.file);
+    QVERIFY(spinUntil([&] { return scene.text().startsWith("Receiving"); }, patience));
+    emit dialog->fileSelected(scene.path("source"));
+    QCOMPARE(scene.text(), QString("source was not sent: another file is on its way"));
+    scene.tile.Disconnect();
+    QVERIFY(scene.says("Receiving: Abort"));
+    QVERIFY(spinUntil([&] { return scene.menu() == twoEntries; }, patience));
+    emit dialog->fileSelected(scene.path("source"));
+    QCOMPARE(scene.text(), QString("source was not sent: the connection has ended"));
+}
+
+void TestTransferPanel::unsavedFilesAreBounded() {
+    Scene scene(0);
+    for (int count = 1; count <= 20; ++count) {
+        scene.simulator.sendFile(scene.file);
+        const QString text = count == 1 ? "Save..." : QString("Save... (%1)").arg(count);
+        QVERIFY(spinUntil(
+            [&] {
+                return scene.button("saveBtn")->text() == text &&
+                       !scene.button("saveBtn")->isHidden();
+            },
+            patience));
+    }
+    scene.simulator.sendFile(scene.file);
+    QVERIFY(scene.says("Not kept: save the others first"));
+    QCOMPARE(scene.button("saveBtn")->text(), QString("Save... (20)"));
+    QCOMPARE(scene.button("cancelBtn")->text(), QString("Discard"));
+    scene.button("cancelBtn")->click();
+    QVERIFY(scene.panel()->isHidden());
+    QVERIFY(scene.button("saveBtn")->isHidden());
 }
 
 void TestTransferPanel::whatCannotBeSavedStays() {
