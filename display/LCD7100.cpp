@@ -9,6 +9,7 @@
 #include <QContextMenuEvent>
 #include <QCursor>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -214,8 +215,14 @@ void LCD7100::showColorPicker() {
 }
 
 void LCD7100::showFontEditor() {
+    // The dialog knows no family that is missing here. It gets the one that is seen in its place,
+    // and the missing one stays the operator's choice unless another is chosen.
+    QFont seen = font();
+    seen.setFamily(QFontInfo(seen).family());
     bool accepted = false;
-    const QFont chosen = QFontDialog::getFont(&accepted, font(), this);
+    QFont chosen = QFontDialog::getFont(&accepted, seen, this);
+    if (QFontInfo(chosen).family() == QFontInfo(seen).family())
+        chosen.setFamily(font().family());
     setFont(chosen);
     m_renderer.setFont(chosen);
     emit fontFamilyChanged(chosen.family());

@@ -191,6 +191,31 @@ private slots:
         QVERIFY(changed.isEmpty());
     }
 
+    void aFontLeftAsItIsStays_data() {
+        QTest::addColumn<QString>("family");
+        QTest::newRow("there") << QStringLiteral("Liberation Mono");
+        QTest::newRow("has a substitute of its own") << QStringLiteral("Arial");
+        QTest::newRow("missing") << QStringLiteral("No Such Family");
+    }
+    void aFontLeftAsItIsStays() {
+        QFETCH(const QString, family);
+        ShownLcd shown;
+        shown.lcd.setFontFamily(family);
+        QSignalSpy changed(&shown.lcd, &LCD7100::fontFamilyChanged);
+        QString offered;
+        QTimer::singleShot(0, [&] {
+            auto* dialog = qobject_cast<QFontDialog*>(QApplication::activeModalWidget());
+            offered = dialog->currentFont().family();
+            dialog->accept();
+        });
+        shown.lcd.showFontEditor();
+        // What the operator sees on the screen is what the dialog begins with.
+        QCOMPARE(QFontInfo(QFont(offered)).family(), QFontInfo(QFont(family)).family());
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(changed[0][0].toString(), family);
+        QCOMPARE(shown.lcd.getFontFamily(), family);
+    }
+
     void theFontDialogSetsAndAnnouncesAFont_data() {
         QTest::addColumn<bool>("accepted");
         QTest::addColumn<QString>("family");
