@@ -1,8 +1,7 @@
 #include "GroupSettings.h"
 
-#include <QColor>
-#include <QDataStream>
-#include <QIODevice>
+#include "ColorTables.h"
+
 #include <QSettings>
 #include <QVariant>
 
@@ -22,29 +21,10 @@ std::optional<int> readInt(const QSettings& store, const char* key) {
     return readable ? std::optional(value) : std::nullopt;
 }
 
-/// Whether the bytes are three QVariants of type unsigned int: a screen in a colour set that cannot
-/// be read would be black on black.
-bool isColorSet(const QByteArray& bytes) {
-    QDataStream stream(bytes);
-    for (int i = 0; i < 3; ++i) {
-        qint32 type = 0;
-        bool isNull = false;
-        quint32 color = 0;
-        stream >> type >> isNull >> color;
-        if (stream.status() != QDataStream::Ok || type != QMetaType::UInt)
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
 QByteArray GroupSettings::defaultColors() {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    for (const QColor& color : {QColor(Qt::blue), QColor(224, 224, 224), QColor(Qt::red)})
-        stream << QVariant(color.rgba());
-    return bytes;
+    return ColorTables().toBytes();
 }
 
 GroupSettings GroupSettings::load(const QSettings& store) {
@@ -54,7 +34,7 @@ GroupSettings GroupSettings::load(const QSettings& store) {
     const int count = readInt(store, countKey).value_or(settings.count);
     if (count >= 0 && count <= maxCount)
         settings.count = count;
-    if (const QByteArray colors = store.value(colorsKey).toByteArray(); isColorSet(colors))
+    if (const QByteArray colors = store.value(colorsKey).toByteArray(); ColorTables::areIn(colors))
         settings.colors = colors;
     if (const QString family = store.value(fontKey).toString(); !family.isEmpty())
         settings.fontFamily = family;

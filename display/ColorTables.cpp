@@ -5,6 +5,19 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include <algorithm>
+
+namespace {
+
+/// Text, background and highlight; an invalid variant for each that is missing or damaged.
+std::array<QVariant, 3> read(const QByteArray& bytes) {
+    PlainVariants variants(bytes);
+    // In the order in which they are written.
+    return {variants.next(), variants.next(), variants.next()};
+}
+
+} // namespace
+
 ColorTables::ColorTables(const QColor& text, const QColor& back, const QColor& highlight)
     : foreground{text, back, highlight, back}, background{back, text, back, highlight} {}
 
@@ -16,11 +29,13 @@ QByteArray ColorTables::toBytes() const {
     return bytes;
 }
 
+bool ColorTables::areIn(const QByteArray& bytes) {
+    const auto isColor = [](const QVariant& value) { return value.typeId() == QMetaType::UInt; };
+    return std::ranges::all_of(read(bytes), isColor);
+}
+
 ColorTables ColorTables::fromBytes(const QByteArray& bytes) {
-    PlainVariants variants(bytes);
-    const auto nextColor = [&variants] { return QColor::fromRgb(variants.next().toUInt()); };
-    const QColor text = nextColor();
-    const QColor back = nextColor();
-    const QColor highlight = nextColor();
-    return {text, back, highlight};
+    const auto [text, back, highlight] = read(bytes);
+    return {QColor::fromRgb(text.toUInt()), QColor::fromRgb(back.toUInt()),
+            QColor::fromRgb(highlight.toUInt())};
 }

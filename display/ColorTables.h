@@ -28,6 +28,10 @@ struct ColorTables {
     /// The 27 bytes under which the three colours are stored and spread to other screens.
     QByteArray toBytes() const;
 
+    /// Whether the bytes hold three colours as toBytes() writes them, whatever comes after; a
+    /// screen in colours read from other bytes may be black on black.
+    static bool areIn(const QByteArray& bytes);
+
     /// Reads what toBytes() made; colours come back opaque. Anything missing or damaged counts as
     /// the value 0, so that colour is black.
     static ColorTables fromBytes(const QByteArray& bytes);

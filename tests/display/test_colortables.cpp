@@ -100,6 +100,21 @@ private slots:
         }
     }
 
+    void wholeSetsAreKnown() {
+        const QByteArray whole = ColorTables().toBytes();
+        QVERIFY(ColorTables::areIn(whole));
+        QVERIFY(ColorTables::areIn(whole + "more"));
+        QVERIFY(ColorTables::areIn(ColorTables(QColor(), QColor(), QColor()).toBytes()));
+        for (qsizetype length = 0; length < whole.size(); ++length)
+            QVERIFY2(!ColorTables::areIn(whole.left(length)), qPrintable(QString::number(length)));
+        // Numbers of another type are read, but nobody has written them.
+        for (const qsizetype type : {3, 12, 21}) {
+            QByteArray other = whole;
+            other[type] = QMetaType::Int;
+            QVERIFY2(!ColorTables::areIn(other), qPrintable(QString::number(type)));
+        }
+    }
+
     void listsWithinListsDoNotExhaustTheStack() {
         // Each level of a list of one list costs 9 bytes here and a few calls in a trusting reader.
         const QByteArray level = bytes("000000090000000001");
