@@ -1,7 +1,9 @@
-// How fast frames are taken out of a stream, beside the fastest that bytes can be moved at all:
+// How fast the frames of the network and the typed frames of a serial line are taken out of a
+// stream, beside the fastest that bytes can be moved at all:
 // each round parses a stream and then copies the same bytes with memcpy, so that whatever else the
 // computer does slows both.
 
+#include "LTermBuffer.h"
 #include "MessageBuffer.h"
 
 #include <benchmark/benchmark.h>
@@ -19,15 +21,37 @@ namespace {
 constexpr std::size_t chunkSize = 64U << 10U;
 constexpr std::size_t streamSize = 1U << 20U;
 
-std::string frameOf(std::size_t payloadSize) {
-    std::string frame = "<D>";
-    for (const unsigned shift : {24U, 16U, 8U, 0U})
-        frame.push_back(static_cast<char>((payloadSize >> shift) & 0xFFU));
-    return frame.append(payloadSize, 'p');
-}
+/// The network's: "<D>", four bytes of length, the payload.
+struct Frames {
+    MessageBuffer buffer;
+    std::string tag;
+    std::string payload;
 
-std::string streamOf(std::size_t payloadSize) {
-    const std::string frame = frameOf(payloadSize);
+    static std::string frameOf(std::size_t size) {
+        std::string frame = "<D>";
+        for (const unsigned shift : {24U, 16U, 8U, 0U})
+            frame.push_back(static_cast<char>((size >> shift) & 0xFFU));
+        return frame.append(size, 'p');
+    }
+    bool next() { return buffer.NextMessage(tag, payload); }
+};
+
+/// The serial line's: a type letter, a line feed, two bytes of length, the payload.
+struct TypedFrames {
+    LTermBuffer buffer;
+    unsigned char type = 0;
+    std::string payload;
+
+    static std::string frameOf(std::size_t size) {
+        std::string frame = "T\n";
+        for (const unsigned shift : {8U, 0U})
+            frame.push_back(static_cast<char>((size >> shift) & 0xFFU));
+        return frame.append(size, 'p');
+    }
+    bool next() { return buffer.nextItem(type, payload); }
+};
+
+std::string streamOf(const std::string& frame) {
     std::string stream;
     while (stream.size() + frame.size() <= streamSize)
         stream += frame;
@@ -47,14 +71,13 @@ double processorSeconds() {
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-double parse(MessageBuffer& buffer, const std::string& stream) {
+template <typename Parser>
+double parse(Parser& parser, const std::string& stream) {
     const double start = processorSeconds();
-    std::string tag;
-    std::string payload;
     forEachChunk(stream, [&](std::size_t from, std::size_t size) {
-        buffer.Add(stream.data() + from, static_cast<unsigned int>(size));
-        while (buffer.NextMessage(tag, payload))
-            benchmark::DoNotOptimize(payload.data());
+        parser.buffer.Add(stream.data() + from, static_cast<unsigned int>(size));
+        while (parser.next())
+            benchmark::DoNotOptimize(parser.payload.data());
     });
     return processorSeconds() - start;
 }
@@ -69,31 +92,32 @@ double copy(std::vector<char>& target, const std::string& stream) {
     return processorSeconds() - start;
 }
 
-void frames(benchmark::State& state) {
-    const std::string stream = streamOf(static_cast<std::size_t>(state.range(0)));
+template <typename Parser>
+void parsing(benchmark::State& state) {
+    const std::string stream = streamOf(Parser::frameOf(static_cast<std::size_t>(state.range(0))));
     std::vector<char> target(stream.size());
-    MessageBuffer buffer;
-    double parsing = 0;
-    double copying = 0;
+    Parser parser;
+    double parsed = 0;
+    double copied = 0;
     while (state.KeepRunning()) {
-        const double seconds = parse(buffer, stream);
+        const double seconds = parse(parser, stream);
         state.SetIterationTime(seconds);
-        parsing += seconds;
-        copying += copy(target, stream);
+        parsed += seconds;
+        copied += copy(target, stream);
     }
     const double gigabytes =
         1e-9 * static_cast<double>(stream.size()) * static_cast<double>(state.iterations());
-    state.counters["parse_GB/s"] = gigabytes / parsing;
-    state.counters["memcpy_GB/s"] = gigabytes / copying;
-    state.counters["ratio"] = copying / parsing;
+    state.counters["parse_GB/s"] = gigabytes / parsed;
+    state.counters["memcpy_GB/s"] = gigabytes / copied;
+    state.counters["ratio"] = copied / parsed;
 }
-BENCHMARK(frames)
-    ->ArgName("payload")
-    ->Arg(16)
-    ->Arg(256)
-    ->Arg(2 << 10)
-    ->Arg(64 << 10)
-    ->UseManualTime();
+
+void sizes(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgName("payload")->Arg(16)->Arg(256)->Arg(2 << 10)->Arg((64 << 10) - 1);
+    benchmark->UseManualTime()->MinTime(0.2);
+}
+BENCHMARK_TEMPLATE(parsing, Frames)->Apply(sizes);
+BENCHMARK_TEMPLATE(parsing, TypedFrames)->Apply(sizes);
 
 } // namespace
 

@@ -5,14 +5,6 @@
 namespace {
 constexpr char openByte = '<';
 constexpr char closeByte = '>';
-
-/// What a link holds on to between messages: not more than a burst of ordinary ones needs, so that
-/// a few large ones are not remembered for ever.
-constexpr std::size_t maxSpares = 32;
-constexpr std::size_t maxSpareSize = 64U << 10U;
-/// Below this the allocator is as fast as we are.
-constexpr std::size_t minSpareSize = 1U << 10U;
-
 } // namespace
 
 void MessageBuffer::Add(const char* bytes, unsigned int count) {
@@ -60,12 +52,8 @@ void MessageBuffer::addLengthByte(unsigned char byte) {
         m_state = static_cast<State>(static_cast<int>(m_state) + 1);
         return;
     }
-    m_payload.clear();
+    m_payload = m_pool.take(m_length);
     m_state = State::InPayload;
-    if (m_length >= minSpareSize && !m_spares.empty()) {
-        m_payload.swap(m_spares.back());
-        m_spares.pop_back();
-    }
     if (m_length == 0)
         _LockMessage();
 }
@@ -88,17 +76,9 @@ void MessageBuffer::_LockMessage() {
 bool MessageBuffer::NextMessage(std::string& tag, std::string& payload) {
     if (m_messages.empty())
         return false;
-    keepForLater(payload);
+    m_pool.keep(payload);
     tag = std::move(m_messages.front().first);
     payload = std::move(m_messages.front().second);
     m_messages.pop_front();
     return true;
-}
-
-void MessageBuffer::keepForLater(std::string& buffer) {
-    const bool isWorthIt = buffer.capacity() >= minSpareSize && buffer.capacity() <= maxSpareSize;
-    if (!isWorthIt || m_spares.size() == maxSpares)
-        return;
-    buffer.clear();
-    m_spares.push_back(std::move(buffer));
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "PayloadPool.h"
+
 #include <cstdint>
 #include <deque>
 #include <string>
 #include <utility>
-#include <vector>
 
 /// Reassembles frames from a TCP byte stream: "<", tag, ">", a 4-byte big-endian length, payload.
 ///
@@ -28,13 +29,11 @@ private:
     const char* addToTag(const char* next, const char* end);
     void addLengthByte(unsigned char byte);
     const char* addToPayload(const char* next, const char* end);
-    void keepForLater(std::string& buffer);
 
     std::deque<std::pair<std::string, std::string>> m_messages;
     State m_state = State::AwaitingOpen;
     std::string m_tag;
     std::string m_payload;
     std::uint32_t m_length = 0;
-    /// Memory of payloads that were taken and are done with, for the payloads to come.
-    std::vector<std::string> m_spares;
+    PayloadPool m_pool;
 };

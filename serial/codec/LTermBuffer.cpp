@@ -61,8 +61,12 @@ void LTermBuffer::startPayload(unsigned char lengthLow) {
         return;
     }
     m_taken = 0;
-    m_payload.clear();
-    m_state = m_type == fileTransferType ? State::FileTransfer : State::Payload;
+    if (m_type == fileTransferType) {
+        m_state = State::FileTransfer;
+        return;
+    }
+    m_payload = m_pool.take(m_length);
+    m_state = State::Payload;
 }
 
 void LTermBuffer::startTransferBytes(char first) {
@@ -78,7 +82,7 @@ const char* LTermBuffer::takePayload(const char* next, const char* end) {
     if (m_state == State::FileTransfer)
         m_fxBytes.insert(m_fxBytes.end(), next, next + run);
     else if (m_state == State::Payload)
-        m_payload.append(next, next + run);
+        m_payload.append(next, static_cast<std::size_t>(run));
     m_taken += static_cast<std::uint32_t>(run);
     if (m_taken == m_length) {
         if (m_state == State::Payload)
@@ -91,6 +95,7 @@ const char* LTermBuffer::takePayload(const char* next, const char* end) {
 bool LTermBuffer::nextItem(unsigned char& type, std::string& payload) {
     if (m_packets.empty())
         return false;
+    m_pool.keep(payload);
     type = m_packets.front().first;
     payload = std::move(m_packets.front().second);
     m_packets.pop_front();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PayloadPool.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -19,7 +21,8 @@ public:
     /// Feeds `count` received bytes; a count of 0 does nothing.
     void Add(const char* bytes, unsigned int count);
 
-    /// Moves the oldest complete packet out; false when there is none.
+    /// Moves the oldest complete packet out; false when there is none. Passing the same string each
+    /// time saves allocations.
     bool nextItem(unsigned char& type, std::string& payload);
 
     /// Whether GetFX() has a byte to give.
@@ -53,6 +56,7 @@ private:
     std::string m_payload;
     std::deque<char> m_fxBytes;
     std::deque<std::pair<unsigned char, std::string>> m_packets;
+    PayloadPool m_pool;
     unsigned char m_type = 0;
     State m_state = State::Type;
     unsigned char m_lengthHigh = 0;
