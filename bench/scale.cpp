@@ -3,13 +3,13 @@
 // a terminal window or a VNC viewer for each instrument. Display servers are not counted anywhere.
 
 #include "Display.h"
+#include "Home.h"
 #include "Instruments.h"
 #include "ScreenFeed.h"
 #include "Table.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -31,30 +31,6 @@ void pause(double seconds) {
     time.tv_nsec = static_cast<long>((seconds - static_cast<double>(time.tv_sec)) * 1e9);
     nanosleep(&time, nullptr);
 }
-
-/// Settings and folders that are nobody's.
-class Home {
-public:
-    Home() {
-        char path[] = "/tmp/benchXXXXXX";
-        if (mkdtemp(path) == nullptr)
-            throw std::runtime_error("no folder");
-        m_path = path;
-    }
-    ~Home() { Process({"rm", "-r", m_path}).readLine(); }
-    Home(const Home&) = delete;
-    Home& operator=(const Home&) = delete;
-
-    std::vector<std::string> environment(const Display& display) const {
-        return {display.variable(), "HOME=" + m_path, "XDG_CONFIG_HOME=" + m_path,
-                "XDG_RUNTIME_DIR=" + m_path, "QT_QPA_PLATFORM=xcb"};
-    }
-
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
 
 /// What a number of tiles cost: medians of several runs.
 struct Costs {
@@ -258,9 +234,14 @@ void compareRivals(const Display& display, const Home& home) {
 } // namespace
 
 int main() {
-    const Display display(4000, 2800);
-    const Home home;
-    compareTiles(display, home);
-    compareRivals(display, home);
+    try {
+        const Display display(4000, 2800);
+        const Home home;
+        compareTiles(display, home);
+        compareRivals(display, home);
+    } catch (const std::exception& error) {
+        std::printf("Nothing measured: %s\n", error.what());
+        return 1;
+    }
     return 0;
 }

@@ -23,6 +23,7 @@ double secondsOf(clockid_t clock) {
 
 std::vector<char*> pointersTo(std::vector<std::string>& strings) {
     std::vector<char*> pointers;
+    pointers.reserve(strings.size() + 1);
     for (std::string& string : strings)
         pointers.push_back(string.data());
     pointers.push_back(nullptr);

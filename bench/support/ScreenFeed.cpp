@@ -25,7 +25,7 @@ std::string screenfeed::text(int instrument, int update) {
         screen += row;
     }
     screen += " F1      F2      F3      F4      F5     ";
-    screen.resize(static_cast<std::size_t>(columns * rows), ' ');
+    screen.resize(std::size_t{columns} * rows, ' ');
     return screen;
 }
 
