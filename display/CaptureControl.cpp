@@ -27,6 +27,9 @@ double length(const QString& text) {
     return read && std::isfinite(value) && value > 0 ? value : 0;
 }
 
+/// What the record holds before the first file, whatever language the window speaks.
+constexpr QLatin1String noFile("<none>");
+
 } // namespace
 
 CaptureControl::CaptureControl(QSettings* settings, QWidget* parent)
@@ -51,7 +54,8 @@ QByteArray CaptureControl::getParams() const {
     params.height = m_form->heightEdit->text();
     params.width = m_form->widthEdit->text();
     params.cursorChecked = m_form->cursorBox->isChecked();
-    params.previousFile = m_form->prevFile->text();
+    const QString previous = m_form->prevFile->text();
+    params.previousFile = previous == tr("<none>") ? QString(noFile) : previous;
     params.incrementChecked = m_form->incrementBox->isChecked();
     params.counter = m_form->incVal->value();
     params.fileName = m_form->nameEditg->text();
@@ -77,7 +81,7 @@ void CaptureControl::setParams(QByteArray bytes) {
     write(m_form->heightEdit, params.height);
     write(m_form->widthEdit, params.width);
     check(m_form->cursorBox, params.cursorChecked);
-    write(m_form->prevFile, params.previousFile);
+    write(m_form->prevFile, params.previousFile == noFile ? tr("<none>") : params.previousFile);
     check(m_form->incrementBox, params.incrementChecked);
     count(m_form->incVal, params.counter);
     write(m_form->nameEditg, params.fileName);

@@ -39,10 +39,6 @@
         <translation>Dateiname</translation>
     </message>
     <message>
-        <source>7100Screen_#.pdf</source>
-        <translation>7100Screen_#.pdf</translation>
-    </message>
-    <message>
         <source>Replace # with increment value</source>
         <translation># durch den Zähler ersetzen</translation>
     </message>
@@ -160,6 +156,10 @@
     <message>
         <source>Transcript</source>
         <translation>Gesprächsverlauf</translation>
+    </message>
+    <message>
+        <source>[Too many at once: %1 lines from instruments are not shown]</source>
+        <translation>[Zu viele auf einmal: %1 Zeilen von Geräten werden nicht gezeigt]</translation>
     </message>
 </context>
 <context>
@@ -329,7 +329,7 @@
     </message>
     <message>
         <source>About</source>
-        <translation>Über</translation>
+        <translation>Über das Programm</translation>
     </message>
     <message>
         <source>About GX7100Group</source>

@@ -212,6 +212,19 @@ private slots:
         QCOMPARE(window.windowTitle(), QStringLiteral("GX7100Group 2.1"));
     }
 
+    void whatTheCaptureWindowRemembersIsTheSameInEveryLanguage() {
+        QByteArray english;
+        {
+            const CaptureControl window(nullptr, nullptr);
+            english = window.getParams();
+        }
+        const Translations german({QStringLiteral("de")});
+        CaptureControl window(nullptr, nullptr);
+        QCOMPARE(window.getParams(), english);
+        window.setParams(english);
+        QCOMPARE(textsOf(window).filter(QStringLiteral("<none>")), QStringList());
+    }
+
 private:
     static bool matches(const QList<QRegularExpression>& texts, const QString& text) {
         return std::ranges::any_of(texts, [&text](const QRegularExpression& known) {
