@@ -5,13 +5,17 @@
 #include "ConnectGX7100Serial.h"
 #include "NewConnection.h"
 #include "Packet.h"
+#include "TileAccessible.h"
 #include "ui_ConnectionWidget.h"
 
+#include <QAction>
 #include <QCursor>
 #include <QIcon>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPointer>
+#include <QStyleOptionFocusRect>
 
 namespace {
 
@@ -22,6 +26,8 @@ constexpr int extraWidth = 4;
 constexpr int frameLine = 2;
 /// At least so much of the name is shown.
 constexpr int nameLetters = 8;
+
+constexpr int ringMargin = 3;
 
 /// A byte of an item as a number; one that did not arrive counts as 0.
 int signedByte(std::string_view data, std::size_t index) {
@@ -49,14 +55,29 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
     connect(display, &LCD7100::showScreenCapture, this, &ConnectionWidget::showCaptureWindow);
     connect(display, &LCD7100::fontFamilyChanged, this, &ConnectionWidget::fontFamilyChanged);
     connect(display, &LCD7100::colorChanged, this, &ConnectionWidget::colorChanged);
+    connect(display, &LCD7100::drawFocusRing, this, &ConnectionWidget::drawFocusRing);
+    QAccessible::installFactory(&TileAccessible::create);
+    setFocusProxy(display);
     setSendState(false);
 
-    m_contextMenu->addAction(tr("Open kbd comm to all"), this, &ConnectionWidget::startCommToAll);
-    m_contextMenu->addAction(tr("Close kbd comm to all"), this, &ConnectionWidget::stopCommToAll);
+    addMenuEntry(tr("Open kbd comm to all"), tr("Send the keys to every connected instrument"),
+                 &ConnectionWidget::startCommToAll);
+    addMenuEntry(tr("Close kbd comm to all"), tr("Send the keys to no instrument"),
+                 &ConnectionWidget::stopCommToAll);
     m_sendFile = new QAction(tr("Send File..."), this);
+    m_sendFile->setStatusTip(tr("Send a file to this instrument"));
     connect(m_sendFile, &QAction::triggered, m_form->transferPanel, &TransferPanel::askForFile);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &ConnectionWidget::contextMenu);
+}
+
+void ConnectionWidget::addMenuEntry(const QString& text, const QString& statusTip,
+                                    void (ConnectionWidget::*signal)()) {
+    // Not a child of the menu, which is a window of its own: the status bar to tell is this one's.
+    auto* action = new QAction(text, this);
+    action->setStatusTip(statusTip);
+    connect(action, &QAction::triggered, this, signal);
+    m_contextMenu->addAction(action);
 }
 
 ConnectionWidget::~ConnectionWidget() {
@@ -117,6 +138,7 @@ void ConnectionWidget::Disconnect() {
 
 void ConnectionWidget::setSendState(bool on) {
     m_sendState = on;
+    announceState();
     if (on && !receivesKeys())
         return;
     setFrameStyle(on ? static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain)
@@ -125,6 +147,11 @@ void ConnectionWidget::setSendState(bool on) {
     QPalette colors = palette();
     colors.setBrush(QPalette::WindowText, on ? Qt::red : Qt::black);
     setPalette(colors);
+}
+
+void ConnectionWidget::toggleSendState() {
+    if (IsConnected())
+        setSendState(!m_sendState);
 }
 
 void ConnectionWidget::setColor(const QByteArray& colors) {
@@ -223,10 +250,39 @@ void ConnectionWidget::contextMenu(QPoint /*position*/) {
 
 void ConnectionWidget::mousePressEvent(QMouseEvent* event) {
     const bool onDisplay = m_form->theDisplay->geometry().contains(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && !onDisplay && IsConnected())
-        setSendState(!m_sendState);
-    else
+    if (event->button() != Qt::LeftButton || onDisplay || !IsConnected()) {
         QFrame::mousePressEvent(event);
+        return;
+    }
+    toggleSendState();
+    setFocus(Qt::MouseFocusReason);
+}
+
+void ConnectionWidget::drawFocusRing(bool on) {
+    m_focusRing = on;
+    update();
+}
+
+void ConnectionWidget::paintEvent(QPaintEvent* event) {
+    QFrame::paintEvent(event);
+    if (!m_focusRing)
+        return;
+    QStyleOptionFocusRect ring;
+    ring.initFrom(this);
+    ring.rect = m_form->nameLabel->geometry().adjusted(-ringMargin, 0, ringMargin, 0);
+    // Many styles leave the ring away unless the focus was moved with Tab.
+    ring.state |= QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &ring, &painter, this);
+}
+
+void ConnectionWidget::showScreenMenu() {
+    m_form->theDisplay->showMenuOnScreen();
+}
+
+QList<QAction*> ConnectionWidget::menuEntries() {
+    updateContextMenu();
+    return m_contextMenu->actions();
 }
 
 /// Files travel on serial lines only, and every other tile's menu has its two entries and no more.
@@ -240,6 +296,10 @@ void ConnectionWidget::updateContextMenu() {
 
 bool ConnectionWidget::receivesKeys() const {
     return m_sendState && IsConnected();
+}
+
+const LCD7100& ConnectionWidget::screen() const {
+    return *m_form->theDisplay;
 }
 
 void ConnectionWidget::dropLink() {
@@ -258,11 +318,27 @@ void ConnectionWidget::showName() {
     m_form->nameLabel->setText(nameText());
     // A long name is cut off in the tile; a tool tip would take a received name for markup.
     m_form->nameLabel->setToolTip(QStringLiteral("<qt>%1</qt>").arg(nameText().toHtmlEscaped()));
+    QAccessibleEvent renamed(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&renamed);
+    announceState();
+}
+
+/// The screen is what gets the focus, so it says how its tile stands.
+void ConnectionWidget::announceState() {
+    const QString spoken =
+        TileAccessible::name(*this) + QStringLiteral(", ") + TileAccessible::state(*this);
+    if (spoken == m_form->theDisplay->accessibleName())
+        return;
+    m_form->theDisplay->setAccessibleName(spoken);
+    QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&changed);
 }
 
 void ConnectionWidget::showConnectButton(const QString& icon, const QString& toolTip) {
     m_form->connectBtn->setIcon(QIcon(icon));
     m_form->connectBtn->setToolTip(toolTip);
+    // Its text says "Connect" whatever it does.
+    m_form->connectBtn->setAccessibleName(toolTip);
 }
 
 void ConnectionWidget::incomingBundle(std::string_view body) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -10,6 +11,7 @@
 class CaptureControl;
 class ConnectGX7100;
 class ConnectGX7100Serial;
+class LCD7100;
 class QAction;
 class QMenu;
 class QSettings;
@@ -22,6 +24,9 @@ struct BundleItem;
 ///
 /// A tile whose frame is red receives the keys typed in the group window, and no other does: look
 /// and behaviour come from the same question, receivesKeys().
+///
+/// The tile whose screen has the keyboard focus is the one that commands of the keyboard act on,
+/// and has a ring around its name. Keys typed for the instruments do not depend on it.
 class ConnectionWidget : public QFrame {
     Q_OBJECT
 
@@ -42,10 +47,20 @@ public:
 
     bool IsConnected() const;
     void Disconnect();
+    /// Whether keys that are typed now reach the instrument.
+    bool receivesKeys() const;
+    /// The instrument: its screen label, "@" and its host, or the host alone; empty until the first
+    /// connection.
+    QString nameText() const;
+    const LCD7100& screen() const;
+    /// The entries of the context menu, as they are now; owned by the tile.
+    QList<QAction*> menuEntries();
 
     /// Whether the instrument is to receive typed keys. Without an open link the wish is kept, but
     /// nothing is sent and the frame stays as it is.
     void setSendState(bool on);
+    /// Has the instrument receive typed keys, or no longer; nothing without an open link.
+    void toggleSendState();
     void setColor(const QByteArray& colors);
     void setFontFamily(const QString& family);
     /// Closes the capture window, which thereby stores what it shows. The settings must be alive.
@@ -65,6 +80,8 @@ public slots:
     void signalFor7100(std::string packet);
     /// Shows the window in which the operator saves this screen as PDF files.
     void showCaptureWindow();
+    /// Opens the menu of the screen on the screen.
+    void showScreenMenu();
     void contextMenu(QPoint position);
 
 signals:
@@ -77,12 +94,15 @@ signals:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
-    bool receivesKeys() const;
+    void addMenuEntry(const QString& text, const QString& statusTip,
+                      void (ConnectionWidget::*signal)());
     void updateContextMenu();
+    void drawFocusRing(bool on);
+    void announceState();
     void dropLink();
-    QString nameText() const;
     void showName();
     void showConnectButton(const QString& icon, const QString& toolTip);
     void incomingBundle(std::string_view body);
@@ -92,6 +112,7 @@ private:
     std::unique_ptr<ConnectGX7100> m_link;
     bool m_sendState = false;
     bool m_serial = false;
+    bool m_focusRing = false;
     QString m_host;
     QString m_screenLabel;
     QSettings* m_settings;
