@@ -11,15 +11,18 @@
 #include "KeyMap.h"
 #include "Keyboard.h"
 #include "NewConnection.h"
+#include "TileMenu.h"
 #include "WindowGeometry.h"
 #include "ui_GroupWindow.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
+#include <QShortcut>
 #include <QTimer>
 #include <QToolBar>
 
@@ -73,23 +76,26 @@ void GroupWindow::createActions() {
     m_quitAction->setStatusTip(tr("Exit the application"));
     connect(m_quitAction, &QAction::triggered, this, &QWidget::close);
 
-    m_addAction = new QAction(QIcon(QStringLiteral(":/buttons/images/edit_add.png")),
-                              tr("Add connection"), this);
-    m_addAction->setShortcut(QKeySequence(QStringLiteral("ctrl+P")));
-    m_addAction->setStatusTip(tr("Add a connection"));
+    m_addAction = toolAction(tr("Add connection"), tr("Add a connection"), QStringLiteral("ctrl+P"),
+                             QStringLiteral(":/buttons/images/edit_add.png"));
     connect(m_addAction, &QAction::triggered, this, &GroupWindow::newConnection);
-
     m_keyboardAction =
-        new QAction(QIcon(QStringLiteral(":/buttons/images/g-key2.png")), tr("Keyboard"), this);
-    m_keyboardAction->setShortcut(QKeySequence(QStringLiteral("ctrl+K")));
-    m_keyboardAction->setStatusTip(tr("Show the keyboard palette"));
+        toolAction(tr("Keyboard"), tr("Show the keyboard palette"), QStringLiteral("ctrl+K"),
+                   QStringLiteral(":/buttons/images/g-key2.png"));
     connect(m_keyboardAction, &QAction::triggered, this, &GroupWindow::showKbd);
-
-    m_chatAction =
-        new QAction(QIcon(QStringLiteral(":/buttons/images/chatbubbles7.png")), tr("Chat"), this);
-    m_chatAction->setShortcut(QKeySequence(QStringLiteral("ctrl+c")));
-    m_chatAction->setStatusTip(tr("Show chat window"));
+    m_chatAction = toolAction(tr("Chat"), tr("Show chat window"), QStringLiteral("ctrl+c"),
+                              QStringLiteral(":/buttons/images/chatbubbles7.png"));
     connect(m_chatAction, &QAction::triggered, this, &GroupWindow::showChat);
+}
+
+QAction* GroupWindow::toolAction(const QString& text, const QString& statusTip,
+                                 const QString& shortcut, const QString& icon) {
+    auto* action = new QAction(QIcon(icon), text, this);
+    action->setShortcut(QKeySequence(shortcut));
+    action->setStatusTip(statusTip);
+    action->setToolTip(tr("%1 (%2)", "what a button does and its shortcut")
+                           .arg(statusTip, action->shortcut().toString(QKeySequence::NativeText)));
+    return action;
 }
 
 void GroupWindow::createToolBar() {
@@ -104,22 +110,40 @@ void GroupWindow::createToolBar() {
 
 void GroupWindow::createMenus() {
     QMenu* file = m_form->menuBar->addMenu(tr("&File"));
-    file->addAction(tr("Preferences"), this, &GroupWindow::showPrefs);
+    file->addAction(tr("Preferences"), this, &GroupWindow::showPrefs)
+        ->setStatusTip(tr("Choose the number of columns"));
     file->addSeparator();
     file->addAction(m_quitAction);
+    m_tileMenu = new TileMenu(m_tiles, this);
+    m_form->menuBar->addMenu(m_tileMenu);
     QMenu* help = m_form->menuBar->addMenu(tr("&Help"));
-    help->addAction(tr("About"), this, &GroupWindow::doAbout);
+    help->addAction(tr("About"), this, &GroupWindow::doAbout)
+        ->setStatusTip(tr("Show the version of this program"));
     m_help->buildHelpMenu(help);
-    for (const QMenu* menu : {file, help})
-        connect(menu, &QMenu::aboutToHide, this, &GroupWindow::giveKeyboardBack,
-                Qt::QueuedConnection);
+    watch(file);
+    watch(m_tileMenu);
+    watch(help);
+    // As elsewhere; no instrument has this key.
+    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
+            [this, file] { m_form->menuBar->setActiveAction(file->menuAction()); });
 }
 
 /// A menu bar keeps the keyboard after its menu was closed with Escape, and the operator's next
 /// Space would open the menu again instead of reaching the instruments.
-void GroupWindow::giveKeyboardBack() {
-    if (m_form->menuBar->hasFocus() && !QApplication::activePopupWidget())
+void GroupWindow::menuClosed() {
+    // While the menu was open it alone was told of keys.
+    const Qt::KeyboardModifiers held = QGuiApplication::queryKeyboardModifiers();
+    showModState(held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::MetaModifier));
+    if (!m_form->menuBar->hasFocus() || QApplication::activePopupWidget())
+        return;
+    if (ConnectionWidget* tile = m_tileMenu->current())
+        tile->setFocus(Qt::MenuBarFocusReason);
+    else
         m_form->menuBar->clearFocus();
+}
+
+void GroupWindow::watch(const QMenu* menu) {
+    connect(menu, &QMenu::aboutToHide, this, &GroupWindow::menuClosed, Qt::QueuedConnection);
 }
 
 void GroupWindow::addEmptyConnection(bool grow) {
@@ -139,6 +163,8 @@ void GroupWindow::addEmptyConnection(bool grow) {
     connect(tile, &ConnectionWidget::fontFamilyChanged, this, &GroupWindow::fontFamilyChanged);
     connect(tile, &ConnectionWidget::startCommToAll, this, &GroupWindow::startCommToAll);
     connect(tile, &ConnectionWidget::stopCommToAll, this, &GroupWindow::stopCommToAll);
+    for (const QMenu* menu : tile->findChildren<QMenu*>())
+        watch(menu);
     m_tiles.append(tile);
 }
 
@@ -310,6 +336,13 @@ void GroupWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && !isActiveWindow() && m_modifierLabel &&
         !m_modifierLabel->text().isEmpty())
         showModState(false, false);
+}
+
+void GroupWindow::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        m_tileMenu->showScreenMenu();
+    else
+        QMainWindow::contextMenuEvent(event);
 }
 
 bool GroupWindow::focusNextPrevChild(bool /*next*/) {

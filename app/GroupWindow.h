@@ -14,6 +14,7 @@ class ConnectionWidget;
 class HelpGroup;
 class Keyboard;
 class QLabel;
+class TileMenu;
 class Ui_GroupWindow;
 
 /// The main window: a grid of tiles, one for each instrument, and the place where the operator
@@ -65,14 +66,18 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     /// Tab is a key of the instrument's, not a way around the window.
     bool focusNextPrevChild(bool next) override;
 
 private:
     void createActions();
+    QAction* toolAction(const QString& text, const QString& statusTip, const QString& shortcut,
+                        const QString& icon);
     void createToolBar();
     void createMenus();
-    void giveKeyboardBack();
+    void menuClosed();
+    void watch(const QMenu* menu);
     ChatWindow& chat();
     void showReceivedChat(const QStringList& lines);
     void setSendStateOfConnected(bool on);
@@ -94,6 +99,7 @@ private:
     QList<ConnectionWidget*> m_tiles;
     QRect m_targetGeometry;
     QLabel* m_modifierLabel = nullptr;
+    TileMenu* m_tileMenu = nullptr;
     QAction* m_quitAction = nullptr;
     QAction* m_addAction = nullptr;
     QAction* m_keyboardAction = nullptr;

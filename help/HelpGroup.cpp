@@ -37,12 +37,20 @@ HelpGroup::~HelpGroup() = default;
 
 void HelpGroup::buildHelpMenu(QMenu* menu) {
     const QString application = QCoreApplication::applicationName();
-    menu->addAction(tr("About Qt"), this, &HelpGroup::doAboutQt);
-    menu->addAction(tr("User Guide for %1").arg(application), this, &HelpGroup::showUserGuide);
-    menu->addAction(tr("GX-7100 Manual, ver 6.2"), this, &HelpGroup::show7100Manual);
-    menu->addAction(tr("Visit the VESTRA web site"), this, &HelpGroup::gotovestra);
-    menu->addAction(tr("Check for Software updates"), this, &HelpGroup::checkForUpdates);
-    menu->addAction(tr("Latest GX-7100 news"), this, &HelpGroup::checkForNews);
+    const auto add = [this, menu](const QString& text, const QString& statusTip,
+                                  void (HelpGroup::*slot)()) {
+        menu->addAction(text, this, slot)->setStatusTip(statusTip);
+    };
+    add(tr("About Qt"), tr("Show the version of Qt"), &HelpGroup::doAboutQt);
+    add(tr("User Guide for %1").arg(application), tr("Open the user guide"),
+        &HelpGroup::showUserGuide);
+    add(tr("GX-7100 Manual, ver 6.2"), tr("Open the manual of the instrument"),
+        &HelpGroup::show7100Manual);
+    add(tr("Visit the VESTRA web site"), tr("Open the web site in the browser"),
+        &HelpGroup::gotovestra);
+    add(tr("Check for Software updates"), tr("Ask the download server for a newer release"),
+        &HelpGroup::checkForUpdates);
+    add(tr("Latest GX-7100 news"), tr("Show the latest news"), &HelpGroup::checkForNews);
 }
 
 void HelpGroup::setTagAndVer(const QString& tag, const QString& version) {

@@ -81,13 +81,14 @@ void TestGroupWindow::identity() {
 void TestGroupWindow::menusAndActions() {
     const Window window;
     const auto menus = window.widget->menuBar()->actions();
-    QCOMPARE(menus.size(), 2);
+    QCOMPARE(menus.size(), 3);
     QCOMPARE(menus[0]->text(), QStringLiteral("&File"));
     QCOMPARE(menus[0]->menu()->actions().first()->text(), QStringLiteral("Preferences"));
     QCOMPARE(menus[0]->menu()->actions().last()->text(), QStringLiteral("Quit"));
-    QCOMPARE(menus[1]->text(), QStringLiteral("&Help"));
+    QCOMPARE(menus[1]->text(), QStringLiteral("Tiles"));
+    QCOMPARE(menus[2]->text(), QStringLiteral("&Help"));
     QStringList help;
-    for (const QAction* action : menus[1]->menu()->actions())
+    for (const QAction* action : menus[2]->menu()->actions())
         if (!action->isSeparator())
             help.append(action->text());
     QCOMPARE(help, (QStringList{QStringLiteral("About"), QStringLiteral("About Qt"),
