@@ -86,10 +86,19 @@ const char* LTermBuffer::takePayload(const char* next, const char* end) {
     m_taken += static_cast<std::uint32_t>(run);
     if (m_taken == m_length) {
         if (m_state == State::Payload)
-            m_packets.emplace_back(m_type, std::move(m_payload));
+            queuePayload();
         m_state = State::Type;
     }
     return next + run;
+}
+
+void LTermBuffer::queuePayload() {
+    m_queued += m_payload.size() + packetCost;
+    m_packets.emplace_back(m_type, std::move(m_payload));
+    while (m_queued > maxQueued) {
+        m_queued -= m_packets.front().second.size() + packetCost;
+        m_packets.pop_front();
+    }
 }
 
 bool LTermBuffer::nextItem(unsigned char& type, std::string& payload) {
@@ -98,6 +107,7 @@ bool LTermBuffer::nextItem(unsigned char& type, std::string& payload) {
     m_pool.keep(payload);
     type = m_packets.front().first;
     payload = std::move(m_packets.front().second);
+    m_queued -= payload.size() + packetCost;
     m_packets.pop_front();
     return true;
 }

@@ -18,6 +18,12 @@
 /// Owned by the worker of a serial link by value; one thread.
 class LTermBuffer {
 public:
+    /// What the complete packets that nobody has taken may cost, in bytes: their payloads and
+    /// packetCost for each. Beyond that the oldest are dropped, for the newest screen counts. They
+    /// pile up while a file transfer runs, which an instrument may never end.
+    static constexpr std::size_t maxQueued = std::size_t{4} * 1024 * 1024;
+    static constexpr std::size_t packetCost = 64;
+
     /// Feeds `count` received bytes; a count of 0 does nothing.
     void Add(const char* bytes, unsigned int count);
 
@@ -52,10 +58,12 @@ private:
     void startPayload(unsigned char lengthLow);
     void startTransferBytes(char first);
     const char* takePayload(const char* next, const char* end);
+    void queuePayload();
 
     std::string m_payload;
     std::deque<char> m_fxBytes;
     std::deque<std::pair<unsigned char, std::string>> m_packets;
+    std::size_t m_queued = 0; ///< what they cost
     PayloadPool m_pool;
     unsigned char m_type = 0;
     State m_state = State::Type;

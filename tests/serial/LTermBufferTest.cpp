@@ -17,6 +17,8 @@ private slots:
     void lengths_data();
     void lengths();
     void packets_are_queued_in_order();
+    void a_flood_keeps_the_newest_packets_data();
+    void a_flood_keeps_the_newest_packets();
     void an_empty_queue_gives_nothing();
     void start_of_a_transfer_data();
     void start_of_a_transfer();
@@ -176,6 +178,45 @@ void LTermBufferTest::packets_are_queued_in_order() {
     QCOMPARE(payload, "a");
     add(buffer, QByteArray::fromHex("540a000164"));
     QCOMPARE(drain(buffer), "A:b;R:c;T:d;|");
+}
+
+void LTermBufferTest::a_flood_keeps_the_newest_packets_data() {
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("room");
+    QTest::addColumn<int>("kept");
+    // 4 MiB have room for so many payloads with 64 bytes beside each; a packet of another kind
+    // behind them costs one more or fits beside them.
+    QTest::newRow("small ones") << 1 << 64527 << 64526;
+    QTest::newRow("screens") << 1920 << 2114 << 2114;
+    QTest::newRow("the largest") << 65535 << 63 << 63;
+}
+
+void LTermBufferTest::a_flood_keeps_the_newest_packets() {
+    QFETCH(const int, size);
+    QFETCH(const int, room);
+    QFETCH(const int, kept);
+
+    const std::string head{'G', '\n', static_cast<char>(size >> 8), static_cast<char>(size & 0xFF)};
+    const QByteArray packet = QByteArray::fromStdString(head) + QByteArray(size, 'g');
+    unsigned char type = 0;
+    std::string payload;
+    LTermBuffer buffer;
+    for (int round = 0; round < 2; ++round) {
+        add(buffer, QByteArray::fromHex("540a00016f"));
+        for (int i = 1; i < room; ++i)
+            add(buffer, packet);
+        // What still fits pushes nothing out; the next one does, and the transfer bytes stay.
+        QVERIFY(buffer.nextItem(type, payload));
+        QCOMPARE(type, 'T');
+        add(buffer, packet + packet + QByteArray::fromHex("4d0a00016e 580a000178"));
+        int count = 0;
+        while (buffer.nextItem(type, payload) && type == 'G')
+            ++count;
+        QCOMPARE(payload, "n");
+        QCOMPARE(count, kept);
+        QVERIFY(!buffer.nextItem(type, payload));
+        QCOMPARE(buffer.GetFX(), 'x');
+    }
 }
 
 void LTermBufferTest::an_empty_queue_gives_nothing() {
