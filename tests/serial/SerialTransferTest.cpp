@@ -15,6 +15,7 @@ private slots:
     void what_starts_a_transfer_to_the_instrument();
     void without_a_file_nothing_starts_data();
     void without_a_file_nothing_starts();
+    void a_mark_too_late_is_no_file();
     void withdrawn_files_are_not_sent();
     void what_starts_a_transfer_from_the_instrument_data();
     void what_starts_a_transfer_from_the_instrument();
@@ -22,6 +23,8 @@ private slots:
     void a_failed_file_is_no_packet();
     void an_instrument_that_never_answers();
     void packets_wait_for_the_end_of_a_transfer();
+    void the_order_of_a_pass();
+    void one_string_goes_out_a_pass();
     void stop_while_receiving();
     void stop_while_sending();
     void stop_drops_what_is_queued_for_output();
@@ -153,6 +156,17 @@ void SerialTransferTest::without_a_file_nothing_starts() {
     QCOMPARE(bench.statuses(), QString());
 }
 
+void SerialTransferTest::a_mark_too_late_is_no_file() {
+    Bench bench;
+    bench.link.slotTo(packetTo("FXTOID:123456\nCATCH\nfile"));
+    QVERIFY(bench.arrived(hex("590014") + "ID:123456\nCATCH\nfile"));
+    bench.line.write(fromInstrument("K") + chat);
+    QTRY_COMPARE_WITH_TIMEOUT(bench.packet.size(), 1, patience);
+    bench.link.Send(".");
+    QVERIFY(bench.arrived("."));
+    QCOMPARE(bench.statuses(), QString());
+}
+
 void SerialTransferTest::withdrawn_files_are_not_sent() {
     Bench bench;
     bench.link.slotTo(packetTo("FXTOCATCH\nold"));
@@ -253,6 +267,43 @@ void SerialTransferTest::packets_wait_for_the_end_of_a_transfer() {
     QTRY_COMPARE_WITH_TIMEOUT(bench.packets(),
                               (QByteArrayList{zeros + "FXFR", zeros + "CHAT!", zeros + "VARSv"}),
                               patience);
+}
+
+void SerialTransferTest::the_order_of_a_pass() {
+    Bench bench;
+    QStringList order;
+    connect(&bench.link, &ConnectGX7100::signalFrom, this, [&order](const std::string& packet) {
+        order += QString::fromStdString(packet.substr(4));
+    });
+    connect(&bench.link, &ConnectGX7100::fxstatus, this,
+            [&order](int status, int) { order += QString::number(status); });
+    bench.link.slotTo(packetTo("FXTOCATCH\nhi"));
+    QVERIFY(bench.arrived(hex("590006") + "CATCH\n"));
+    // Packets come before the transfer that was asked for ahead of them, and their own after it.
+    bench.line.write(fromInstrument("K") + chat);
+    QVERIFY(bench.arrived(toInstrument("\x05")));
+    bench.line.write(hex("560a000176") + fromInstrument("\x06"));
+    QVERIFY(bench.arrived(gs + toInstrument(transferblock::build(1, "hi"))));
+    bench.line.write(fromInstrument("\x02"));
+    QTRY_COMPARE_WITH_TIMEOUT(order, (QStringList{"CHAT!", "1", "0", "VARSv"}), patience);
+}
+
+void SerialTransferTest::one_string_goes_out_a_pass() {
+    Bench bench;
+    bench.line.write(fromInstrument("L") + enq);
+    QVERIFY(bench.arrived(toInstrument("\x06")));
+    // Queued during one transfer, while the next is already asked for: between the two there is
+    // room for one.
+    for (const char* text : {"first;", "second;", "third;"})
+        bench.link.Send(text);
+    const QByteArray end = fromInstrument('\x1d' + transferblock::build(1, {}));
+    const QByteArray done = toInstrument(QByteArray(1, '\0'));
+    bench.line.write(end + fromInstrument("L") + enq);
+    QVERIFY(bench.arrived(done + "first;" + toInstrument("\x06")));
+    bench.line.write(end + fromInstrument("L") + enq);
+    QVERIFY(bench.arrived(done + "second;" + toInstrument("\x06")));
+    bench.line.write(end);
+    QVERIFY(bench.arrived(done + "third;"));
 }
 
 void SerialTransferTest::stop_while_receiving() {
