@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -15,7 +16,11 @@ PtyLine::PtyLine() {
     if (m_master < 0 || grantpt(m_master) != 0 || unlockpt(m_master) != 0 ||
         ptsname_r(m_master, name.data(), name.size()) != 0)
         throw std::runtime_error("no pseudo terminal");
-    m_portName = QString::fromLatin1(name.data());
+    m_portName = m_folder.filePath(QStringLiteral("port"));
+    // Another user may look for the port.
+    if (chmod(qPrintable(m_folder.path()), 0711) != 0 ||
+        symlink(name.data(), qPrintable(m_portName)) != 0)
+        throw std::runtime_error("no name for a pseudo terminal");
     // Held open so that the line outlives a port that is closed and opened again.
     m_slave = open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     termios settings{};

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <memory>
 
@@ -16,7 +17,8 @@ public:
     PtyLine();
     ~PtyLine() override;
 
-    /// The port to connect to.
+    /// The port to connect to, by a name that no other line ever has. The system gives the name of
+    /// an unplugged line to the next one, whose lock the program may hold for a moment yet.
     QString portName() const { return m_portName; }
     /// A descriptor of the port, to look at its settings; owned by this object.
     int port() const { return m_slave; }
@@ -38,6 +40,7 @@ signals:
 private:
     void readAll();
 
+    QTemporaryDir m_folder;
     int m_master = -1;
     int m_slave = -1;
     QString m_portName;
