@@ -7,18 +7,18 @@ using namespace transferbytes;
 
 FileReceiver::FileReceiver(const LineFaults& faults, const TransferTimings& timings,
                            Clock::time_point now)
-    : m_faults(faults), m_timings(timings) {
-    if (!m_faults.neverAnswers)
+    : FileTransfer(faults, timings), m_wrongReplies(faults.replyTimes) {
+    if (!faults.neverAnswers)
         send(askForFile);
-    waitUntil(now + m_timings.packet);
+    waitUntil(now + timings.packet);
 }
 
 void FileReceiver::timeOut(Clock::time_point now) {
     // A request may be lost; a block is the program's to send.
-    if (m_state == State::Enquiry && m_attempts++ < m_timings.attempts) {
-        if (!m_faults.neverAnswers)
+    if (m_state == State::Enquiry && mayTryAgain()) {
+        if (!faults().neverAnswers)
             send(askForFile);
-        waitUntil(now + m_timings.packet);
+        waitUntil(now + timings().packet);
         return;
     }
     end(Outcome::TimedOut);
@@ -36,23 +36,23 @@ bool FileReceiver::receiveByte(char byte, Clock::time_point now) {
     case State::Enquiry:
     case State::BlockStart:
         // The program asks again when the answer was lost.
-        if (byte == enquiry && m_expected == 1 && !m_faults.neverAnswers) {
+        if (byte == enquiry && m_expected == 1 && !faults().neverAnswers) {
             send(accept);
             m_state = State::BlockStart;
-            waitUntil(now + m_timings.packet);
+            waitUntil(now + timings().packet);
         } else if (byte == blockStart && m_state == State::BlockStart) {
             m_block.clear();
             m_state = State::Block;
-            waitUntil(now + m_timings.packet);
+            waitUntil(now + timings().packet);
         }
         return true;
     case State::Block:
         m_block += byte;
-        waitUntil(now + m_timings.character);
+        waitUntil(now + timings().character);
         if (!blockIsComplete())
             return true;
         m_state = State::BlockStart;
-        waitUntil(now + m_timings.packet);
+        waitUntil(now + timings().packet);
         judgeBlock();
         return lengthIsSound();
     }
@@ -88,42 +88,26 @@ int FileReceiver::verdict() const {
 
 void FileReceiver::judgeBlock() {
     int reply = verdict();
-    if (m_expected == m_faults.abortAt)
+    if (m_expected == faults().abortAt)
         reply = receiverAborts;
-    if (m_expected == m_faults.replyAt && m_faults.replyTimes > 0) {
-        --m_faults.replyTimes;
-        reply = m_faults.reply;
+    if (m_expected == faults().replyAt && m_wrongReplies > 0) {
+        --m_wrongReplies;
+        reply = faults().reply;
     }
     answer(reply);
 }
 
 void FileReceiver::answer(int reply) {
     send(reply);
-    switch (reply) {
-    case blockAccepted:
-        if (verdict() != blockAccepted) {
-            end(Outcome::TooNoisy);
-        } else if (blockLength() == checksumSize) {
-            end(Outcome::Done);
-        } else {
-            m_file.append(m_block, headerSize, blockLength() - checksumSize);
-            ++m_expected;
-            m_failures = 0;
-        }
-        break;
-    case checksumError:
-    case shortBlock:
-        if (++m_failures > m_timings.retries)
-            end(Outcome::TooNoisy);
-        break;
-    case receiverAborts:
-        end(Outcome::Aborted);
-        break;
-    case outOfSequence:
-        end(Outcome::OutOfSequence);
-        break;
-    default:
-        // Not a reply at all: the program goes on waiting for one, and this end for a block.
-        break;
+    if (reply != blockAccepted) {
+        blockComesAgain(reply, Outcome::Aborted);
+    } else if (verdict() != blockAccepted) {
+        end(Outcome::TooNoisy);
+    } else if (blockLength() == checksumSize) {
+        end(Outcome::Done);
+    } else {
+        m_file.append(m_block, headerSize, blockLength() - checksumSize);
+        ++m_expected;
+        blockIsDone();
     }
 }

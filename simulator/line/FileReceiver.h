@@ -1,8 +1,6 @@
 #pragma once
 
 #include "FileTransfer.h"
-#include "LineFaults.h"
-#include "TransferTimings.h"
 
 /// The instrument takes a file that the program has announced: it asks for it, accepts it and
 /// answers every block.
@@ -29,12 +27,9 @@ private:
     int blockNumber() const;
     std::size_t blockLength() const;
 
-    LineFaults m_faults;
-    TransferTimings m_timings;
     State m_state = State::Enquiry;
-    int m_attempts = 0;
     int m_expected = 1;
-    int m_failures = 0;
+    int m_wrongReplies = 0;
     std::string m_block;
     std::string m_file;
 };

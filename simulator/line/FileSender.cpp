@@ -10,21 +10,21 @@ using namespace transferbytes;
 
 FileSender::FileSender(std::string file, const LineFaults& faults, const TransferTimings& timings,
                        Clock::time_point now)
-    : m_file(std::move(file)), m_faults(faults), m_timings(timings) {
+    : FileTransfer(faults, timings), m_file(std::move(file)) {
     send(offerFile);
-    if (!m_faults.neverAnswers)
+    if (!faults.neverAnswers)
         send(enquiry);
-    waitUntil(now + m_timings.character);
+    waitUntil(now + timings.character);
 }
 
 void FileSender::timeOut(Clock::time_point now) {
-    if (m_accepted || m_attempts++ >= m_timings.attempts) {
+    if (m_accepted || !mayTryAgain()) {
         end(Outcome::TimedOut);
         return;
     }
-    if (!m_faults.neverAnswers)
+    if (!faults().neverAnswers)
         send(enquiry);
-    waitUntil(now + m_timings.character);
+    waitUntil(now + timings().character);
 }
 
 void FileSender::receive(std::string_view bytes, Clock::time_point now) {
@@ -41,45 +41,33 @@ void FileSender::receive(std::string_view bytes, Clock::time_point now) {
 }
 
 void FileSender::receiveReply(int reply, Clock::time_point now) {
-    switch (reply) {
-    case blockAccepted: {
-        const std::size_t sent = std::min(maxData, m_file.size() - m_position);
-        if (sent == 0) {
-            end(Outcome::Done);
-            return;
-        }
-        m_position += sent;
-        ++m_number;
-        m_retries = 0;
+    if (reply == blockAccepted)
+        sendNextBlock(now);
+    else if (blockComesAgain(reply, Outcome::AbortedByPeer))
         sendBlock(now);
-        break;
+}
+
+/// The block without data, behind the last of the file, was the end.
+void FileSender::sendNextBlock(Clock::time_point now) {
+    const std::size_t sent = std::min(maxData, m_file.size() - m_position);
+    if (sent == 0) {
+        end(Outcome::Done);
+        return;
     }
-    case checksumError:
-    case shortBlock:
-        if (++m_retries > m_timings.retries)
-            end(Outcome::TooNoisy);
-        else
-            sendBlock(now);
-        break;
-    case receiverAborts:
-        end(Outcome::AbortedByPeer);
-        break;
-    case outOfSequence:
-        end(Outcome::OutOfSequence);
-        break;
-    default:
-        break;
-    }
+    m_position += sent;
+    ++m_number;
+    blockIsDone();
+    sendBlock(now);
 }
 
 void FileSender::sendBlock(Clock::time_point now) {
-    waitUntil(now + m_timings.packet);
-    if (m_number == m_faults.abortAt) {
+    waitUntil(now + timings().packet);
+    if (m_number == faults().abortAt) {
         end(Outcome::Aborted);
         return;
     }
     const std::string_view data = std::string_view(m_file).substr(m_position, maxData);
-    const int number = m_number == m_faults.wrongNumberAt ? m_number + 1 : m_number;
+    const int number = m_number == faults().wrongNumberAt ? m_number + 1 : m_number;
     const std::size_t length = data.size() + checksumSize;
     std::string block{static_cast<char>(number >> 8), static_cast<char>(number & 0xFF),
                       static_cast<char>(length >> 8U), static_cast<char>(length & 0xFFU)};

@@ -1,8 +1,6 @@
 #pragma once
 
 #include "FileTransfer.h"
-#include "LineFaults.h"
-#include "TransferTimings.h"
 
 /// The instrument sends a file: it offers it, waits to be accepted and sends it in blocks, each
 /// until it is accepted.
@@ -16,14 +14,11 @@ public:
 private:
     void timeOut(Clock::time_point now) override;
     void receiveReply(int reply, Clock::time_point now);
+    void sendNextBlock(Clock::time_point now);
     void sendBlock(Clock::time_point now);
 
     std::string m_file;
-    LineFaults m_faults;
-    TransferTimings m_timings;
     bool m_accepted = false;
-    int m_attempts = 0;
     int m_number = 1;
-    int m_retries = 0;
     std::size_t m_position = 0;
 };

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "LineFaults.h"
 #include "PacedQueue.h"
+#include "TransferTimings.h"
 
 #include <optional>
 #include <string>
@@ -16,7 +18,8 @@ public:
     /// How a transfer ends.
     enum class Outcome { Done, TimedOut, TooNoisy, OutOfSequence, Aborted, AbortedByPeer };
 
-    FileTransfer() = default;
+    FileTransfer(const LineFaults& faults, const TransferTimings& timings)
+        : m_faults(faults), m_timings(timings) {}
     FileTransfer(const FileTransfer&) = delete;
     FileTransfer& operator=(const FileTransfer&) = delete;
     virtual ~FileTransfer() = default;
@@ -45,6 +48,19 @@ public:
 protected:
     virtual void timeOut(Clock::time_point now) = 0;
 
+    const LineFaults& faults() const { return m_faults; }
+    const TransferTimings& timings() const { return m_timings; }
+
+    /// Whether a handshake that was not answered may be tried once more.
+    bool mayTryAgain() { return m_attempts++ < m_timings.attempts; }
+
+    /// What either end makes of the reply to a block, given or received: true when the block is to
+    /// come again. Any other reply that refuses it ends the transfer; `ifAborted` is how, when the
+    /// receiver has given up. A reply that is none changes nothing.
+    bool blockComesAgain(int reply, Outcome ifAborted);
+    /// The block was accepted: the next one may be refused as often.
+    void blockIsDone() { m_refusals = 0; }
+
     void send(std::string_view bytes) { m_output += bytes; }
     void send(int byte) { m_output += static_cast<char>(byte); }
     void waitUntil(Clock::time_point deadline) { m_deadline = deadline; }
@@ -55,6 +71,10 @@ protected:
     }
 
 private:
+    LineFaults m_faults;
+    TransferTimings m_timings;
+    int m_attempts = 0;
+    int m_refusals = 0;
     std::string m_output;
     std::optional<Clock::time_point> m_deadline;
     std::optional<Outcome> m_outcome;
