@@ -65,7 +65,15 @@ QString HelpGroup::getLocalResource(const QString& name) {
 
 void HelpGroup::openLocal(const QString& name) {
     const QByteArray path = QUrl::toPercentEncoding(getLocalResource(name), "/:");
-    QDesktopServices::openUrl(QUrl(QStringLiteral("file:///") + QString::fromLatin1(path)));
+    openOutside(QUrl(QStringLiteral("file:///") + QString::fromLatin1(path)));
+}
+
+void HelpGroup::openOutside(const QUrl& url) {
+    // What is missing is told by the program that opens it; that there is none, nobody else tells.
+    if (!QDesktopServices::openUrl(url))
+        QMessageBox::information(m_mainWindow, QCoreApplication::applicationName(),
+                                 tr("There is no program here that opens %1.")
+                                     .arg(url.toDisplayString(QUrl::PreferLocalFile)));
 }
 
 void HelpGroup::doAboutQt() {
@@ -81,7 +89,7 @@ void HelpGroup::show7100Manual() {
 }
 
 void HelpGroup::gotovestra() {
-    QDesktopServices::openUrl(QUrl(webSite));
+    openOutside(QUrl(webSite));
 }
 
 void HelpGroup::checkForUpdates() {
@@ -138,5 +146,5 @@ void HelpGroup::checkNewsAnchors(const QUrl& url) {
     const QUrl target = QUrl(newsSource).resolved(url);
     // The page comes from outside: it may send the operator to the web, not to local files.
     if (web::mayBeAsked(target) || target.scheme() == QLatin1String("mailto"))
-        QDesktopServices::openUrl(target);
+        openOutside(target);
 }

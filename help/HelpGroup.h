@@ -46,6 +46,7 @@ public slots:
 private:
     NewsBrowser& newsBrowser();
     void openLocal(const QString& name);
+    void openOutside(const QUrl& url);
 
     QMainWindow* m_mainWindow;
     std::unique_ptr<NewsBrowser> m_newsBrowser;

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QStandardPaths>
 
 #include <functional>
 
@@ -80,6 +81,72 @@ private slots:
         QCOMPARE(UpdateScene::entries().size(), 1);
         QCOMPARE(m_scene->boxes(), QStringList{UpdateScene::installQuestion()});
         QVERIFY(!window->installStarted());
+    }
+
+    void takesWhatAServerSends_data() {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<bool>("slowly");
+
+        QTest::newRow("slowly") << HttpServer::ok("installer") << true;
+        QTest::newRow("in chunks")
+            << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                          "4\r\ninst\r\n5\r\naller\r\n0\r\n\r\n")
+            << false;
+        QTest::newRow("without telling its length")
+            << QByteArray("HTTP/1.0 200 OK\r\n\r\ninstaller") << false;
+        // What comes after the end it told is not part of it.
+        QTest::newRow("more than it told")
+            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\ninstallerandmore") << false;
+    }
+
+    void takesWhatAServerSends() {
+        QFETCH(QByteArray, answer);
+        QFETCH(bool, slowly);
+        const auto window = m_scene->offered("a.dmg");
+        if (slowly)
+            m_scene->server().answerSlowly("/projects/7100/a.dmg", answer);
+        else
+            m_scene->server().answerRaw("/projects/7100/a.dmg", answer);
+        UpdateScene::clickDownload(*window);
+        QCOMPARE(UpdateScene::contents(UpdateScene::downloads() + QStringLiteral("/a.dmg")),
+                 QByteArray("installer"));
+        QCOMPARE(UpdateScene::entries().size(), 1);
+    }
+
+    void aRedirectIsFollowedUnderTheFirstName() {
+        const auto window = m_scene->offered("a.dmg");
+        m_scene->server().redirect("/projects/7100/a.dmg", "/mirror/b.dmg");
+        m_scene->server().answer("/mirror/b.dmg", "installer");
+        UpdateScene::clickDownload(*window);
+        QCOMPARE(UpdateScene::entries(), QStringList{QStringLiteral("a.dmg")});
+        QCOMPARE(UpdateScene::contents(UpdateScene::downloads() + QStringLiteral("/a.dmg")),
+                 QByteArray("installer"));
+    }
+
+    void theLastRecordNamesTheFile() {
+        m_scene->server().answer("/projects/7100/files.txt",
+                                 UpdateScene::index("2013.3", "a.dmg") +
+                                     UpdateScene::index("2013.4", "b.dmg"));
+        const auto window = m_scene->window();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            UpdateScene::versionText(*window).contains(QStringLiteral("(2013.4)")), 20000);
+        m_scene->server().answer("/projects/7100/b.dmg", "installer");
+        UpdateScene::clickDownload(*window);
+        QCOMPARE(UpdateScene::entries(), QStringList{QStringLiteral("b.dmg")});
+    }
+
+    void theDesktopTakesWhatNoDownloadFolderDoes() {
+        QDir(UpdateScene::downloads()).removeRecursively();
+        const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+        QVERIFY(QDir().mkpath(desktop));
+        const auto window = m_scene->offered("a.dmg");
+        m_scene->server().answer("/projects/7100/a.dmg", "installer");
+        UpdateScene::clickDownload(*window);
+        QCOMPARE(UpdateScene::statusText(*window),
+                 QStringLiteral("Stored in %1/a.dmg").arg(desktop));
+        QCOMPARE(UpdateScene::contents(desktop + QStringLiteral("/a.dmg")),
+                 QByteArray("installer"));
+        QDir(desktop).removeRecursively();
     }
 
     void aFailedDownloadLeavesNothingAndStillOffers_data() {
@@ -187,6 +254,62 @@ private slots:
         QVERIFY(window->installStarted());
         QVERIFY(!window->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mark), 20000);
+    }
+
+    void aDiskImageIsHandedToOpen() {
+        const QString tools = UpdateScene::downloads() + QStringLiteral("/tools");
+        const QString mark = UpdateScene::downloads() + QStringLiteral("/opened");
+        QVERIFY(QDir().mkpath(tools));
+        // As the last line, so that the file is whole once it holds it.
+        UpdateScene::write(tools + QStringLiteral("/open"),
+                           "#!/bin/sh\nprintf '%s|%s\\n' \"$#\" \"$1\" >'" +
+                               QFile::encodeName(mark) + "'\n");
+        QFile::setPermissions(tools + QStringLiteral("/open"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(tools) + ':' + path);
+        const auto window = m_scene->offered("a b.dmg");
+        m_scene->server().answer("/projects/7100/a%20b.dmg", "image");
+        m_scene->answerQuestions(QMessageBox::Yes);
+        UpdateScene::clickDownload(*window);
+        qputenv("PATH", path);
+
+        QVERIFY(window->installStarted());
+        const QByteArray expected =
+            "1|" + QFile::encodeName(UpdateScene::downloads()) + "/a b.dmg\n";
+        QTRY_COMPARE_WITH_TIMEOUT(UpdateScene::contents(mark), expected, 20000);
+    }
+
+    void anInstallerThatDoesNotStartLeavesTheDialogOpen() {
+        const auto window = m_scene->offered("a.exe");
+        m_scene->server().answer("/projects/7100/a.exe", "installer");
+        m_scene->answerQuestions(QMessageBox::Yes);
+        window->show();
+        UpdateScene::clickDownload(*window);
+        QCOMPARE(m_scene->boxes(), QStringList{UpdateScene::installQuestion()});
+        QVERIFY(!window->installStarted());
+        QVERIFY(window->isVisible());
+    }
+
+    void everyEndingIsTakenOffTheProgramToStart() {
+        const QString mark = UpdateScene::downloads() + QStringLiteral("/started");
+        const QString script = UpdateScene::downloads() + QStringLiteral("/set.up");
+        UpdateScene::write(script, "#!/bin/sh\ntouch '" + QFile::encodeName(mark) + "'\n");
+        QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_scene->answerQuestions(QMessageBox::Yes);
+        const auto window = m_scene->window();
+        QVERIFY(
+            window->openTheUpdate(UpdateScene::downloads() + QStringLiteral("/set.exe.up.exe")));
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mark), 20000);
+    }
+
+    void onceAnImageIsStoredAnyNameIsAnInstaller() {
+        const auto window = m_scene->offered("a.dmg");
+        QVERIFY(!window->isNewFV2200(QStringLiteral("b")));
+        m_scene->server().answer("/projects/7100/a.dmg", "image");
+        UpdateScene::clickDownload(*window);
+        QVERIFY(window->isNewFV2200(QStringLiteral("b")));
+        QVERIFY(window->isNewFV2200(QStringLiteral("b.exe")));
     }
 
     void aStalledDownloadIsGivenUp() {
