@@ -11,8 +11,8 @@ lupdate=$(command -v /usr/lib/qt6/bin/lupdate || command -v lupdate6 || command 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-find app chat discovery display forms help keyboard link serial simulator \
-  -name '*.cpp' -o -name '*.h' -o -name '*.ui' | LC_ALL=C sort >"$folder/sources"
+find */ \( -name '*.cpp' -o -name '*.h' -o -name '*.ui' \) |
+  grep -vE '^(bench|build|docs|fuzz|tests)/' | LC_ALL=C sort >"$folder/sources"
 
 failed=0
 for file in translations/gx7100group_*.ts; do

@@ -226,6 +226,18 @@
         <source>Disconnect</source>
         <translation>Trennen</translation>
     </message>
+    <message>
+        <source>Send the keys to every connected instrument</source>
+        <translation>Die Tasten an jedes verbundene Gerät senden</translation>
+    </message>
+    <message>
+        <source>Send the keys to no instrument</source>
+        <translation>Die Tasten an kein Gerät senden</translation>
+    </message>
+    <message>
+        <source>Send a file to this instrument</source>
+        <translation>Eine Datei an dieses Gerät senden</translation>
+    </message>
 </context>
 <context>
     <name>FctKeyBlock</name>
@@ -355,6 +367,19 @@
         <source>Disconnect and quit?</source>
         <translation>Verbindungen trennen und beenden?</translation>
     </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>what a button does and its shortcut</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Choose the number of columns</source>
+        <translation>Die Zahl der Spalten wählen</translation>
+    </message>
+    <message>
+        <source>Show the version of this program</source>
+        <translation>Die Version dieses Programms zeigen</translation>
+    </message>
 </context>
 <context>
     <name>HelpGroup</name>
@@ -385,6 +410,34 @@
     <message>
         <source>Latest GX-7100 News from VESTRA</source>
         <translation>Neuigkeiten zum GX-7100 von VESTRA</translation>
+    </message>
+    <message>
+        <source>There is no program here that opens %1.</source>
+        <translation>Hier gibt es kein Programm, das %1 öffnet.</translation>
+    </message>
+    <message>
+        <source>Show the version of Qt</source>
+        <translation>Die Version von Qt zeigen</translation>
+    </message>
+    <message>
+        <source>Open the user guide</source>
+        <translation>Das Benutzerhandbuch öffnen</translation>
+    </message>
+    <message>
+        <source>Open the manual of the instrument</source>
+        <translation>Das Handbuch des Geräts öffnen</translation>
+    </message>
+    <message>
+        <source>Open the web site in the browser</source>
+        <translation>Die Website im Browser öffnen</translation>
+    </message>
+    <message>
+        <source>Ask the download server for a newer release</source>
+        <translation>Den Download-Server nach einer neueren Version fragen</translation>
+    </message>
+    <message>
+        <source>Show the latest news</source>
+        <translation>Die letzten Neuigkeiten zeigen</translation>
     </message>
 </context>
 <context>
@@ -972,6 +1025,69 @@ Um eines zu sehen, starten Sie GX7100Group, wählen Sie „Verbindung hinzufüge
     <message>
         <source>sends one whole frame, then half a frame, then resets the connection</source>
         <translation>sendet einen ganzen Rahmen, dann einen halben, dann bricht die Verbindung ab</translation>
+    </message>
+</context>
+<context>
+    <name>TileAccessible</name>
+    <message>
+        <source>Empty tile</source>
+        <translation>Leere Kachel</translation>
+    </message>
+    <message>
+        <source>not connected, receives no keys</source>
+        <translation>nicht verbunden, empfängt keine Tasten</translation>
+    </message>
+    <message>
+        <source>connected, receives keys</source>
+        <translation>verbunden, empfängt Tasten</translation>
+    </message>
+    <message>
+        <source>connected, receives no keys</source>
+        <translation>verbunden, empfängt keine Tasten</translation>
+    </message>
+</context>
+<context>
+    <name>TileMenu</name>
+    <message>
+        <source>Tiles</source>
+        <translation>Kacheln</translation>
+    </message>
+    <message>
+        <source>Next tile</source>
+        <translation>Nächste Kachel</translation>
+    </message>
+    <message>
+        <source>Go on to the next tile</source>
+        <translation>Weiter zur nächsten Kachel</translation>
+    </message>
+    <message>
+        <source>Previous tile</source>
+        <translation>Vorige Kachel</translation>
+    </message>
+    <message>
+        <source>Go back to the previous tile</source>
+        <translation>Zurück zur vorigen Kachel</translation>
+    </message>
+    <message>
+        <source>Send keys to this tile</source>
+        <translation>Tasten an diese Kachel senden</translation>
+    </message>
+    <message>
+        <source>Turn the red frame of this tile on or off</source>
+        <translation>Den roten Rahmen dieser Kachel ein- oder ausschalten</translation>
+    </message>
+    <message>
+        <source>Menu of this screen</source>
+        <translation>Menü dieser Anzeige</translation>
+    </message>
+    <message>
+        <source>Colors, font and capture</source>
+        <translation>Farben, Schrift und Speichern</translation>
+    </message>
+    <message>
+        <source>%1 %2 (%3)</source>
+        <comment>number, name and state of a tile</comment>
+        <translation>%1 %2 (%3)</translation>
     </message>
 </context>
 <context>

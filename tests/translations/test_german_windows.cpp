@@ -208,7 +208,8 @@ private slots:
         QStringList titles;
         for (const QAction* const entry : window.menuBar()->actions())
             titles << entry->text();
-        QCOMPARE(titles, (QStringList{QStringLiteral("&Datei"), QStringLiteral("&Hilfe")}));
+        QCOMPARE(titles, (QStringList{QStringLiteral("&Datei"), QStringLiteral("Kacheln"),
+                                      QStringLiteral("&Hilfe")}));
         QCOMPARE(window.windowTitle(), QStringLiteral("GX7100Group 2.1"));
     }
 

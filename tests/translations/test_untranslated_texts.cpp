@@ -118,8 +118,10 @@ private slots:
         const QDir root(QStringLiteral(GX_SOURCES));
         int files = 0;
         QStringList found;
-        for (const char* const folder : {"app", "chat", "discovery", "display", "forms", "help",
-                                         "keyboard", "link", "serial", "simulator"}) {
+        QStringList folders = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const char* const unseen : {"bench", "build", "docs", "fuzz", "tests"})
+            folders.removeAll(QLatin1String(unseen));
+        for (const QString& folder : folders) {
             QDirIterator each(root.filePath(folder), {"*.cpp", "*.h", "*.ui"}, QDir::Files,
                               QDirIterator::Subdirectories);
             while (each.hasNext()) {
