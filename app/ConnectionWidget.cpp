@@ -1,10 +1,10 @@
 #include "ConnectionWidget.h"
 
-#include "BundleWalk.h"
 #include "CaptureControl.h"
 #include "ConnectGX7100Serial.h"
 #include "NewConnection.h"
 #include "Packet.h"
+#include "ScreenUpdate.h"
 #include "TileAccessible.h"
 #include "ui_ConnectionWidget.h"
 
@@ -119,7 +119,9 @@ void ConnectionWidget::_connect(ConnectGX7100* link) {
     m_link.reset(link);
     connect(link, &ConnectGX7100::connected, this, &ConnectionWidget::showConnected);
     connect(link, &ConnectGX7100::disconnected, this, &ConnectionWidget::showDisconnected);
-    connect(link, &ConnectGX7100::signalFrom, this, &ConnectionWidget::incomingPacket);
+    // Not the slot itself, which would have each packet copied.
+    connect(link, &ConnectGX7100::signalFrom, this,
+            [this](const std::string& packet) { dispatch(packet); });
     setSendState(m_sendState);
 }
 
@@ -199,6 +201,10 @@ void ConnectionWidget::showDisconnected() {
 }
 
 void ConnectionWidget::incomingPacket(std::string packet) {
+    dispatch(packet);
+}
+
+void ConnectionWidget::dispatch(std::string_view packet) {
     const auto view = packet::parse(packet);
     if (!view)
         return;
@@ -342,35 +348,19 @@ void ConnectionWidget::showConnectButton(const QString& icon, const QString& too
 }
 
 void ConnectionWidget::incomingBundle(std::string_view body) {
-    BundleWalk walk(body);
-    while (const auto item = walk.next())
-        if (!applyItem(*item))
-            return;
-    if (walk.atEnd())
-        m_form->theDisplay->redraw(false);
-}
-
-bool ConnectionWidget::applyItem(const BundleItem& item) {
     LCD7100* display = m_form->theDisplay;
-    switch (item.code) {
-    case 'A':
-        display->setAttrWait(item.data);
-        return true;
-    case 'C':
-        return true;
-    case 'G':
-        display->setTextMode(false);
-        display->setFullGraphics(item.data);
-        return true;
-    case 'R':
-        display->setCursorWait(signedByte(item.data, 0), signedByte(item.data, 1),
-                               signedByte(item.data, 2));
-        return true;
-    case 'T':
-        display->setTextMode(true);
-        display->setTextWait(item.data);
-        return true;
-    default:
-        return false;
-    }
+    const ScreenUpdate update = ScreenUpdate::of(body);
+    if (update.textMode)
+        display->setTextMode(*update.textMode);
+    if (update.text)
+        display->setTextWait(*update.text);
+    if (update.attributes)
+        display->setAttrWait(*update.attributes);
+    if (update.cursor)
+        display->setCursorWait(signedByte(*update.cursor, 0), signedByte(*update.cursor, 1),
+                               signedByte(*update.cursor, 2));
+    if (update.graphics)
+        display->setFullGraphics(*update.graphics);
+    if (update.redraw)
+        display->redraw(false);
 }

@@ -16,7 +16,6 @@ class QAction;
 class QMenu;
 class QSettings;
 class Ui_ConnectionWidget;
-struct BundleItem;
 
 /// One tile of the group window: mirrors one instrument's screen, makes and drops the link to it,
 /// turns keys into packets and dispatches the packets that arrive. Owns its link and is the only
@@ -105,8 +104,8 @@ private:
     void dropLink();
     void showName();
     void showConnectButton(const QString& icon, const QString& toolTip);
+    void dispatch(std::string_view packet);
     void incomingBundle(std::string_view body);
-    bool applyItem(const BundleItem& item);
 
     std::unique_ptr<Ui_ConnectionWidget> m_form;
     std::unique_ptr<ConnectGX7100> m_link;

@@ -2,18 +2,15 @@
 // second each, and what an operator would otherwise open costs on the same display in the same run:
 // a terminal window or a VNC viewer for each instrument. Display servers are not counted anywhere.
 
-#include "Display.h"
-#include "Home.h"
-#include "Instruments.h"
 #include "ScreenFeed.h"
 #include "Table.h"
+#include "TileWindow.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
-#include <time.h>
 
 namespace {
 
@@ -24,13 +21,6 @@ constexpr int keysEachRun = 40;
 constexpr int rivals = 16;
 constexpr double micro = 1e6;
 constexpr double KiBEachMiB = 1024;
-
-void pause(double seconds) {
-    timespec time{};
-    time.tv_sec = static_cast<time_t>(seconds);
-    time.tv_nsec = static_cast<long>((seconds - static_cast<double>(time.tv_sec)) * 1e9);
-    nanosleep(&time, nullptr);
-}
 
 /// What a number of tiles cost: medians of several runs.
 struct Costs {
@@ -43,75 +33,36 @@ struct Costs {
     std::vector<double> latencies; ///< from key to screen, in milliseconds
 };
 
-/// The window with a number of tiles, and the instruments that they mirror.
-class Window {
-public:
-    Window(const Display& display, const Home& home, int tiles)
-        : m_display(display),
-          m_process({GX_WINDOW, std::to_string(m_instruments.port()), std::to_string(tiles),
-                     std::to_string(tiles < 4    ? tiles
-                                    : tiles < 64 ? 4
-                                                 : 16)},
-                    home.environment(display)) {
-        std::string word;
-        std::uint32_t window = 0;
-        int left = 0;
-        int top = 0;
-        int width = 0;
-        int height = 0;
-        std::istringstream(m_process.readLine()) >> word >> window >> left >> top >> width >>
-            height;
-        if (word != "window")
-            throw std::runtime_error("no window with tiles");
-        m_x = left + static_cast<int>(width * screenfeed::markX);
-        m_y = top + static_cast<int>(height * screenfeed::markY);
-        m_display.focus(window);
-        pause(settleSeconds);
+Costs costsOf(TileWindow& window) {
+    std::vector<std::vector<double>> samples(4);
+    for (int run = 0; run < runs; ++run) {
+        const double start = now();
+        const long updates = window.instruments().updates();
+        const double all = window.process().processorSeconds();
+        const double gui = window.process().firstThreadSeconds();
+        pauseFor(runSeconds);
+        const double span = now() - start;
+        const double used = window.process().processorSeconds() - all;
+        const double count = static_cast<double>(window.instruments().updates() - updates);
+        samples[0].push_back(count / span);
+        samples[1].push_back(used / count * micro);
+        samples[2].push_back((window.process().firstThreadSeconds() - gui) / count * micro);
+        samples[3].push_back(used / span * 100);
     }
-
-    Costs measure() {
-        Costs costs;
-        std::vector<std::vector<double>> samples(4);
-        for (int run = 0; run < runs; ++run) {
-            const double start = now();
-            const long updates = m_instruments.updates();
-            const double all = m_process.processorSeconds();
-            const double gui = m_process.firstThreadSeconds();
-            pause(runSeconds);
-            const double span = now() - start;
-            const double used = m_process.processorSeconds() - all;
-            const double count = static_cast<double>(m_instruments.updates() - updates);
-            samples[0].push_back(count / span);
-            samples[1].push_back(used / count * micro);
-            samples[2].push_back((m_process.firstThreadSeconds() - gui) / count * micro);
-            samples[3].push_back(used / span * 100);
-        }
-        costs.updatesEachSecond = median(samples[0]);
-        costs.microseconds = median(samples[1]);
-        costs.guiMicroseconds = median(samples[2]);
-        costs.coreShare = median(samples[3]);
-        costs.residentKiB = m_process.residentKiB();
-        costs.threads = m_process.threads();
-        for (int key = 0; key < runs * keysEachRun; ++key)
-            costs.latencies.push_back(keyToScreen(key) * 1e3);
-        return costs;
-    }
-
-private:
-    double keyToScreen(int key) {
+    Costs costs;
+    costs.updatesEachSecond = median(samples[0]);
+    costs.microseconds = median(samples[1]);
+    costs.guiMicroseconds = median(samples[2]);
+    costs.coreShare = median(samples[3]);
+    costs.residentKiB = window.process().residentKiB();
+    costs.threads = window.process().threads();
+    for (int key = 0; key < runs * keysEachRun; ++key) {
         // Never in step with the updates.
-        pause(0.005 + 0.0007 * (key % 17));
-        const std::uint32_t before = m_display.pixel(m_x, m_y);
-        const double pressed = m_display.pressKey();
-        return m_display.waitForChange(m_x, m_y, before) - pressed;
+        pauseFor(0.005 + 0.0007 * (key % 17));
+        costs.latencies.push_back(window.keyToScreen() * 1e3);
     }
-
-    const Display& m_display;
-    Instruments m_instruments;
-    Process m_process;
-    int m_x = 0;
-    int m_y = 0;
-};
+    return costs;
+}
 
 void compareTiles(const Display& display, const Home& home) {
     Table table({"tiles", "updates/s", "CPU us/update", "of it GUI thread", "% of one core",
@@ -121,7 +72,8 @@ void compareTiles(const Display& display, const Home& home) {
     std::optional<double> four;
     double growth = 0;
     for (const int count : {1, 4, 16, 64, 256}) {
-        const Costs costs = Window(display, home, count).measure();
+        TileWindow tiles(display, home, count);
+        const Costs costs = costsOf(tiles);
         if (!one)
             one = costs;
         if (count == 4)
@@ -140,7 +92,15 @@ void compareTiles(const Display& display, const Home& home) {
     std::printf("From 4 to 256 tiles the cost of an update changes by %+.0f %%.\n\n", growth);
 }
 
-using Programs = std::vector<std::unique_ptr<Process>>;
+using Owned = std::vector<std::unique_ptr<Process>>;
+using Programs = std::vector<const Process*>;
+
+Programs all(const Owned& owned) {
+    Programs programs;
+    for (const auto& program : owned)
+        programs.push_back(program.get());
+    return programs;
+}
 
 /// The processor time of one update in one of these programs, and the memory of one.
 std::vector<std::string> costsOf(const char* name, const Programs& programs) {
@@ -149,18 +109,18 @@ std::vector<std::string> costsOf(const char* name, const Programs& programs) {
     double resident = 0;
     const auto used = [&programs] {
         double seconds = 0;
-        for (const auto& program : programs)
+        for (const Process* program : programs)
             seconds += program->processorSeconds();
         return seconds;
     };
     for (int run = 0; run < runs; ++run) {
         const double start = now();
         const double before = used();
-        pause(runSeconds);
+        pauseFor(runSeconds);
         const double updates = (now() - start) * screenfeed::rate * rivals;
         microseconds.push_back((used() - before) / updates * micro);
     }
-    for (const auto& program : programs) {
+    for (const Process* program : programs) {
         memory += program->privateKiB() / rivals;
         resident += program->residentKiB() / rivals;
     }
@@ -173,26 +133,19 @@ std::string placeOf(int index) {
 }
 
 std::vector<std::string> window(const Display& display, const Home& home) {
-    Instruments instruments;
-    Programs programs;
-    programs.push_back(std::make_unique<Process>(
-        std::vector<std::string>{GX_WINDOW, std::to_string(instruments.port()),
-                                 std::to_string(rivals), "4"},
-        home.environment(display)));
-    programs.back()->readLine();
-    pause(settleSeconds);
-    return costsOf("one window with 16 tiles", programs);
+    TileWindow tiles(display, home, rivals);
+    return costsOf("one window with 16 tiles", {&tiles.process()});
 }
 
 std::vector<std::string> terminals(const Display& display, const Home& home) {
-    Programs programs;
+    Owned programs;
     for (int i = 0; i < rivals; ++i)
         programs.push_back(std::make_unique<Process>(
             std::vector<std::string>{"xterm", "-geometry", "40x8" + placeOf(i), "-fn", "fixed",
                                      "-e", GX_TERMINAL, std::to_string(i + 1)},
             home.environment(display)));
-    pause(settleSeconds);
-    return costsOf("16 xterm of 40 x 8", programs);
+    pauseFor(settleSeconds);
+    return costsOf("16 xterm of 40 x 8", all(programs));
 }
 
 std::vector<std::string> viewers(const Display& display, const Home& home) {
@@ -205,14 +158,14 @@ std::vector<std::string> viewers(const Display& display, const Home& home) {
     const Process terminal(
         {"xterm", "-b", "0", "-geometry", "40x8+0+0", "-fn", "fixed", "-e", GX_TERMINAL, "1"},
         there);
-    Programs programs;
+    Owned programs;
     for (int i = 0; i < rivals; ++i)
         programs.push_back(std::make_unique<Process>(
             std::vector<std::string>{"xtigervncviewer", "-Shared", "-ViewOnly", "-SecurityTypes",
                                      "None", "-geometry", "240x104" + placeOf(i), socket},
             home.environment(display)));
-    pause(settleSeconds);
-    return costsOf("16 tigervnc-viewer of 240 x 104", programs);
+    pauseFor(settleSeconds);
+    return costsOf("16 tigervnc-viewer of 240 x 104", all(programs));
 }
 
 using Rival = std::vector<std::string>(const Display&, const Home&);

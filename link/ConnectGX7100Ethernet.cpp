@@ -15,8 +15,6 @@
 
 namespace {
 
-/// An instrument that floods us fills its own send buffer, not our memory.
-constexpr qint64 readBufferSize = 1U << 20U;
 /// What is handed to the stream at once; its lengths are ints.
 constexpr std::size_t writeSliceSize = 1U << 20U;
 
@@ -30,7 +28,7 @@ ConnectGX7100Ethernet::ConnectGX7100Ethernet(QWidget* parent, std::string kind, 
     : ConnectGX7100(parent),
       m_socket(new QTcpSocket(this), [](QTcpSocket* socket) { socket->deleteLater(); }),
       m_kind(std::move(kind)), m_model(std::move(model)) {
-    m_socket->setReadBufferSize(readBufferSize);
+    m_socket->setReadBufferSize(bytesPerTurn);
     // Instruments are on the operator's own network; the proxy for the web does not know them.
     m_socket->setProxy(QNetworkProxy::NoProxy);
     connect(m_socket.get(), &QTcpSocket::readyRead, this, &ConnectGX7100Ethernet::OnSocketRead);
@@ -140,7 +138,8 @@ void ConnectGX7100Ethernet::incoming(QByteArray& chunk) {
     std::string payload;
     while (alive && m_messages.NextMessage(tag, payload)) {
         if (tag == "D")
-            emit signalFrom(payload);
+            emit signalFrom(std::move(payload));
+        payload.clear();
     }
 }
 

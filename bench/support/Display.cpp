@@ -19,9 +19,10 @@ using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 } // namespace
 
 Display::Display(int width, int height)
-    : m_server(std::make_unique<Process>(std::vector<std::string>{
-          "Xvfb", "-displayfd", "1", "-screen", "0",
-          std::to_string(width) + "x" + std::to_string(height) + "x24", "-nolisten", "tcp"})) {
+    : m_server(std::make_unique<Process>(
+          std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
+                                   std::to_string(width) + "x" + std::to_string(height) + "x24",
+                                   "-nolisten", "tcp", "-noreset"})) {
     const std::string number = m_server->readLine();
     m_name = ":" + number;
     m_connection.reset(xcb_connect(m_name.c_str(), nullptr));

@@ -51,6 +51,13 @@ double now() {
     return secondsOf(CLOCK_MONOTONIC);
 }
 
+void pauseFor(double seconds) {
+    timespec time{};
+    time.tv_sec = static_cast<time_t>(seconds);
+    time.tv_nsec = static_cast<long>((seconds - static_cast<double>(time.tv_sec)) * 1e9);
+    nanosleep(&time, nullptr);
+}
+
 Process::Process(const std::vector<std::string>& command,
                  const std::vector<std::string>& environment) {
     int pipe[2] = {-1, -1};

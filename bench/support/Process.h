@@ -39,3 +39,5 @@ private:
 
 /// Monotonic seconds, the same in every process.
 double now();
+/// Sleeps.
+void pauseFor(double seconds);

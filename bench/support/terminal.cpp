@@ -2,7 +2,6 @@
 // many updates a second.
 // usage: gx_bench_terminal INSTRUMENT
 
-#include "Process.h"
 #include "ScreenFeed.h"
 
 #include <cstdlib>

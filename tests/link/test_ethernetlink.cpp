@@ -1,10 +1,15 @@
 #include "LinkFixture.h"
+#include "Packet.h"
 #include "TestEnvironment.h"
+
+#include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
 
 #include <sys/socket.h>
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 using namespace std::string_literals;
 
@@ -206,7 +211,10 @@ private slots:
                     // The operator drags a window: the event loop runs, and nobody reads.
                     if (received == 1) {
                         QVERIFY(QTest::qWaitFor(
-                            [&] { return socketOf(*subject.link).bytesAvailable() >= 1'048'576; },
+                            [&] {
+                                return socketOf(*subject.link).bytesAvailable() >=
+                                       ConnectGX7100Ethernet::bytesPerTurn;
+                            },
                             patience));
                         settle();
                     }
@@ -215,7 +223,73 @@ private slots:
         for (int i = 0; i < frames; ++i)
             instrument.line().write(frame);
         QTRY_COMPARE_WITH_TIMEOUT(received, frames, patience);
-        QVERIFY2(held <= 1'048'576, QByteArray::number(held).constData());
+        QVERIFY2(held <= ConnectGX7100Ethernet::bytesPerTurn, QByteArray::number(held).constData());
+    }
+
+    /// An instrument that sends as fast as it can does not keep the event loop from the others.
+    void aFloodTakesPartOfATurn_data() {
+        QTest::addColumn<int>("size");
+        QTest::newRow("empty packets") << 0;
+        QTest::newRow("small packets") << 9;
+        QTest::newRow("screen updates") << 666;
+        QTest::newRow("packets of many turns") << 100'000;
+    }
+    void aFloodTakesPartOfATurn() {
+        QFETCH(const int, size);
+        Instrument instrument;
+        Subject subject;
+        subject.connectTo(instrument);
+        const int frameSize = size + 7;
+        const int frames = 3'000'000 / frameSize;
+        // One frame may have begun in an earlier turn.
+        const int atMost = static_cast<int>(ConnectGX7100Ethernet::bytesPerTurn) / frameSize + 1;
+        int received = 0;
+        int receivedWhenPosted = 0;
+        int mostBeforePosted = 0;
+        bool isPosted = false;
+        connect(subject.link.get(), &ConnectGX7100::signalFrom, this, [&](const std::string&) {
+            ++received;
+            if (std::exchange(isPosted, true))
+                return;
+            receivedWhenPosted = received;
+            QMetaObject::invokeMethod(
+                this,
+                [&] {
+                    isPosted = false;
+                    mostBeforePosted = std::max(mostBeforePosted, received - receivedWhenPosted);
+                },
+                Qt::QueuedConnection);
+        });
+        const QByteArray length = QByteArray::fromStdString(packet::fourByteValue(unsigned(size)));
+        const QByteArray frame = "<D>" + length + QByteArray(size, 'f');
+        instrument.line().write(frame.repeated(frames));
+        QElapsedTimer clock;
+        clock.start();
+        int turns = 0;
+        while (received < frames && !clock.hasExpired(patience)) {
+            const int before = received;
+            QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
+            QVERIFY2(received - before <= atMost, QByteArray::number(received - before));
+            turns += received > before ? 1 : 0;
+        }
+        QCOMPARE(received, frames);
+        QVERIFY(turns >= frames / atMost);
+        QVERIFY2(mostBeforePosted <= 2 * atMost, QByteArray::number(mostBeforePosted));
+    }
+
+    /// What an instrument sent before it closed the connection is told first, however much it is.
+    void theLastOfAFloodIsNotLost() {
+        Instrument instrument;
+        Subject subject;
+        Operator person;
+        subject.connectTo(instrument);
+        constexpr int frames = 20'000;
+        instrument.line().write(QByteArray::fromStdString("<D>\0\0\0\1x"s).repeated(frames));
+        instrument.line().disconnectFromHost();
+        QTRY_COMPARE_WITH_TIMEOUT(subject.told().size(), frames + 2, patience);
+        QCOMPARE(subject.told().count("x"), frames);
+        QCOMPARE(subject.told().last(), "disconnected");
+        QVERIFY(person.boxes.empty());
     }
 
     void theInstrumentCloses() {
