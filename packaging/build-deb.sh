@@ -10,7 +10,7 @@ build=${1:-$tree/build/deb}
 SOURCE_DATE_EPOCH=$(dpkg-parsechangelog -l "$tree/packaging/linux/changelog" -S Timestamp)
 export SOURCE_DATE_EPOCH
 cmake -S "$tree" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DGX_TESTS=OFF \
-  -DCMAKE_INSTALL_PREFIX=/usr
+  -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$tree=."
 cmake --build "$build"
 cpack --config "$build/CPackConfig.cmake" -B "$build/package"
 ls "$build"/package/*.deb

@@ -152,6 +152,8 @@ void drawPageNumber(QPainter& painter, int number) {
 void draw(QTextDocument& document, QPdfWriter& writer, const QString& title, const QString& date) {
     constexpr int pagesBefore = 2;
     QPainter painter(&writer);
+    // Pictures of windows are text and lines: as photographs they would be blurred.
+    painter.setRenderHint(QPainter::LosslessImageRendering);
     painter.scale(writer.width() / paper.width(), writer.height() / paper.height());
     painter.translate(margin, margin);
     drawTitle(painter, title, date);

@@ -14,10 +14,15 @@ rm -rf "$work"
 mkdir -p "$work"
 SOURCE_DATE_EPOCH=$(dpkg-parsechangelog -l "$source/packaging/linux/changelog" -S Timestamp)
 export SOURCE_DATE_EPOCH
-# In its own folder: several checks may pack at once.
-cpack --config "$build/CPackConfig.cmake" -B "$work/cpack" >"$work/cpack.log" 2>&1 ||
-  { cat "$work/cpack.log" >&2; fail "not packed"; }
+# pack NAME: in a folder of its own, for several checks may pack at once.
+pack() {
+  cpack --config "$build/CPackConfig.cmake" -B "$work/$1" >"$work/$1.log" 2>&1 ||
+    { cat "$work/$1.log" >&2; fail "not packed"; }
+}
+(umask 022 && TZ=UTC pack cpack)
+(umask 077 && TZ=Pacific/Kiritimati pack again)
 package=$(echo "$work"/cpack/*.deb)
+cmp "$package" "$work"/again/*.deb || fail "it is another package the second time"
 
 lintian --fail-on error,warning "$package" || fail "lintian has complaints"
 
@@ -41,6 +46,11 @@ program=$(readlink -f "$root/usr/bin/GX7100Group")
 guide=$(readlink -f "$(dirname "$program")/../../../GX7100Group_UserGuide.pdf")
 [ -s "$guide" ] || fail "the guide is not where the program looks"
 [ "$(head -c 5 "$guide")" = "%PDF-" ] || fail "the guide is no PDF"
+pictures=$(grep -c '!\[' "$source/docs/guide/user-guide.md" || true)
+[ "$(pdfimages -list "$guide" | grep -c ' image ')" -ge "$pictures" ] ||
+  fail "the guide lacks pictures"
+"$source/tests/support/with-display.sh" "$source/tests/packaging/open-guide.sh" "$root" \
+  "$work/guide" || fail "the guide does not open from the menu"
 
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
 [ "$("$root/usr/bin/gx7100sim" --version | grep -o '[0-9.]*$')" = "$version" ] ||
