@@ -60,24 +60,36 @@ void style(QTextDocument& document) {
     }
 }
 
-/// The first heading that stands near the end of a page without having to.
-QTextBlock lonelyHeading(const QTextDocument& document) {
+bool isPicture(const QTextBlock& block) {
+    return !block.begin().atEnd() && block.begin().fragment().charFormat().isImageFormat();
+}
+
+/// The first block that has to go to the next page: a heading near the end of one, or a picture
+/// with an edge beyond it.
+QTextBlock misplacedBlock(const QTextDocument& document) {
     constexpr qreal last = 0.85;
+    const qreal height = area.height();
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QTextBlockFormat format = block.blockFormat();
-        const qreal top = document.documentLayout()->blockBoundingRect(block).top();
-        if (format.headingLevel() != 0 && format.pageBreakPolicy() == QTextFormat::PageBreak_Auto &&
-            std::fmod(top, area.height()) > last * area.height())
+        if (format.pageBreakPolicy() != QTextFormat::PageBreak_Auto)
+            continue;
+        const QRectF where = document.documentLayout()->blockBoundingRect(block);
+        const bool lonely =
+            format.headingLevel() != 0 && std::fmod(where.top(), height) > last * height;
+        const bool divided = isPicture(block) && std::floor(where.top() / height) !=
+                                                     std::floor((where.bottom() - 1) / height);
+        if (lonely || divided)
             return block;
     }
     return {};
 }
 
-/// Divides the text into pages so that each heading has some of its text below it.
+/// Divides the text into pages so that each heading has some of its text below it, and each picture
+/// is whole.
 void paginate(QTextDocument& document) {
     document.setPageSize(area);
-    for (QTextBlock block = lonelyHeading(document); block.isValid();
-         block = lonelyHeading(document)) {
+    for (QTextBlock block = misplacedBlock(document); block.isValid();
+         block = misplacedBlock(document)) {
         QTextBlockFormat format = block.blockFormat();
         format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
         QTextCursor(block).setBlockFormat(format);
