@@ -2,10 +2,9 @@
 
 #include "BonjourClient.h"
 #include "BonjourClientListener.h"
+#include "DnsSdLibrary.h"
 #include "TxtRecord.h"
 
-#include <QByteArray>
-#include <QtGlobal>
 #include <arpa/inet.h>
 #include <array>
 #include <cstring>
@@ -45,11 +44,7 @@ std::map<int, std::string> BonjourClientImpl::_error_map;
 
 BonjourClientImpl::BonjourClientImpl(BonjourClientListener* listener)
     : m_listener(listener), m_window(this) {
-#ifdef Q_OS_LINUX
-    // Read at the library's first call; without it a warning that helps nobody goes to stderr.
-    if (!qEnvironmentVariableIsSet("AVAHI_COMPAT_NOWARN"))
-        qputenv("AVAHI_COMPAT_NOWARN", "1");
-#endif
+    prepareDnsSdLibrary();
     if (_error_map.empty()) {
         _error_map = {{0, "Success"},
                       {-65537, "Unknown Error"},

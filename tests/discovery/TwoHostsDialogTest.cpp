@@ -1,17 +1,24 @@
-#include "BonjourBox.h"
+#include "BoxRows.h"
 #include "HostProgram.h"
 #include "Instrument.h"
 #include "Operator.h"
 #include "Reference.h"
 #include "TestEnvironment.h"
 
+#include <QElapsedTimer>
 #include <QNetworkInterface>
 #include <QRadioButton>
+#include <QScopeGuard>
+#include <iostream>
+#include <sstream>
 
 namespace {
 
 /// Generous: discovery needs a second or two, on a machine that is busy some more.
 constexpr int limit = 60000;
+
+/// Well below what a program waits for a service that does not answer: 25 seconds a question.
+constexpr int longestOpening = 15000;
 
 bool hasIPv4Instrument() {
     return !qEnvironmentVariableIsSet("GX_IPV6_ONLY");
@@ -27,6 +34,19 @@ QHostAddress ownAddress() {
             return entry.ip();
     }
     return {};
+}
+
+/// The names on a list, without the row to type into.
+QStringList instrumentsOf(const BonjourBox& box) {
+    QStringList names = textsOf(box);
+    names.resize(names.size() - 2);
+    return names;
+}
+
+/// An instrument's address as an operator types it: with the cable where it is not unique.
+QString addressOf(const BonjourBox& box, int row) {
+    const QString address = box.itemData(row, Qt::UserRole + 1).toString();
+    return QHostAddress(address).isLinkLocal() ? address + "%gx0" : address;
 }
 
 /// What an instrument that was started by announceQuietly shows.
@@ -65,7 +85,8 @@ private slots:
     void initTestCase();
     void anInstrumentIsListedConnectedAndMirrored();
     void aLostInstrumentIsRemadeByName();
-    void withoutDiscoveryATypedAddressConnects();
+    void theOpenDialogFollowsTheNetwork();
+    void aTypedAddressConnectsWithoutDiscovery();
 };
 
 void TwoHostsDialogTest::initTestCase() {
@@ -128,22 +149,76 @@ void TwoHostsDialogTest::aLostInstrumentIsRemadeByName() {
     host.readLine("Connected: instrument 1, from ");
 }
 
-void TwoHostsDialogTest::withoutDiscoveryATypedAddressConnects() {
+void TwoHostsDialogTest::theOpenDialogFollowsTheNetwork() {
+    QStringList many;
+    for (int i = 10; i < 50; ++i)
+        many += QStringLiteral("unit%1").arg(i);
+    Operator person;
+    const ModalDialog<NewConnection> dialog([&many](NewConnection& shown) {
+        const auto* box = shown.findChild<BonjourBox*>("etherList");
+        for (int round = 0; round < 2; ++round) {
+            HostProgram host;
+            host.announce({"unit3"});
+            QTRY_COMPARE_WITH_TIMEOUT(instrumentsOf(*box), QStringList{"unit3"}, limit);
+            host.stop();
+            QTRY_COMPARE_WITH_TIMEOUT(instrumentsOf(*box), QStringList(), limit);
+        }
+        HostProgram host;
+        host.announce(many);
+        QTRY_COMPARE_WITH_TIMEOUT(instrumentsOf(*box), many, limit);
+        for (int row = 0; row < many.size(); ++row)
+            QVERIFY(!box->itemData(row, Qt::UserRole + 1).toString().isEmpty());
+    });
+    person.pressConnect(0);
+    QVERIFY(dialog.answered());
+}
+
+void TwoHostsDialogTest::aTypedAddressConnectsWithoutDiscovery() {
     HostProgram host;
     announceQuietly(host, "unit3");
-    QString address = QStringLiteral("10.71.0.2");
-    if (!hasIPv4Instrument()) {
-        BonjourBox box;
-        box.start("_gx7100._tcp", "local.");
-        QTRY_COMPARE_WITH_TIMEOUT(box.currentText(), QStringLiteral("unit3"), limit);
-        address = box.currentData(Qt::UserRole + 1).toString() + "%gx0";
-    }
-    QCOMPARE(QProcess::execute("avahi-daemon", {"--kill"}), 0);
+    std::ostringstream output;
+    std::streambuf* const before = std::cout.rdbuf(output.rdbuf());
+    const auto restored = qScopeGuard([before] { std::cout.rdbuf(before); });
+    QString address;
     Operator person;
-    person.connectTo(address, 0);
+    {
+        // The service stops while the dialog is open: it says so and takes an address.
+        const ModalDialog<NewConnection> dialog([&](NewConnection& shown) {
+            auto* box = shown.findChild<BonjourBox*>("etherList");
+            QTRY_COMPARE_WITH_TIMEOUT(instrumentsOf(*box), QStringList{"unit3"}, limit);
+            address = addressOf(*box, 0);
+            QCOMPARE(QProcess::execute("avahi-daemon", {"--kill"}), 0);
+            const auto isTold = [&output] {
+                return output.str().find("ERROR: Error browsing: Unknown Error\n") !=
+                       std::string::npos;
+            };
+            QTRY_VERIFY2_WITH_TIMEOUT(isTold(), output.str().c_str(), limit);
+            box->setCurrentIndex(box->count() - 1);
+            box->setEditText(address);
+            shown.accept();
+        });
+        person.pressConnect(0);
+    }
     host.readLine("Connected: instrument 1, from ");
     Reference reference(quietScreen(), person.display(0).size());
     QTRY_COMPARE_WITH_TIMEOUT(person.display(0).grab().toImage(), reference.image(), limit);
+    person.pressConnect(0);
+    QTRY_VERIFY_WITH_TIMEOUT(!person.tile(0).IsConnected(), limit);
+
+    // A dialog that opens now opens at once, says so as well and offers the address again.
+    output.str({});
+    QElapsedTimer clock;
+    clock.start();
+    const ModalDialog<NewConnection> dialog([&](NewConnection& shown) {
+        QVERIFY(clock.elapsed() < longestOpening);
+        QCOMPARE(instrumentsOf(*shown.findChild<BonjourBox*>("etherList")), QStringList());
+        QCOMPARE(shown.findChild<BonjourBox*>("etherList")->currentText(), address);
+        shown.accept();
+    });
+    person.pressConnect(0);
+    QCOMPARE(QString::fromStdString(output.str()),
+             QStringLiteral("ERROR: Unable to browse for service: _gx7100._tcp: Unknown Error\n"));
+    host.readLine("Connected: instrument 2, from ");
 }
 
 int main(int argc, char** argv) {
