@@ -48,19 +48,29 @@ SerialSimulatorSettings unpaced() {
     return settings;
 }
 
-/// Short waits at both ends, for transfers that are to fail.
-SerialSimulatorSettings impatient() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int slowness = 3;
+#else
+constexpr int slowness = 1;
+#endif
+
+/// How long both ends wait in transfers that are to fail, milliseconds: long enough for what is to
+/// arrive, and for bad lines, where most waits are in vain, as short as a machine allows.
+constexpr int longWait = 300;
+constexpr int shortWait = 40 * slowness;
+
+SerialSimulatorSettings waiting(int milliseconds) {
     SerialSimulatorSettings settings = unpaced();
-    settings.line.timings.packet = std::chrono::milliseconds(40);
-    settings.line.timings.character = std::chrono::milliseconds(20);
-    settings.line.faults.stall = std::chrono::milliseconds(60);
+    settings.line.timings.packet = std::chrono::milliseconds(milliseconds);
+    settings.line.timings.character = std::chrono::milliseconds(milliseconds / 2);
+    settings.line.faults.stall = std::chrono::milliseconds(milliseconds * 3 / 2);
     return settings;
 }
 
-SerialTimings impatientLink() {
+SerialTimings waitingLink(int milliseconds) {
     SerialTimings timings;
     timings.wakeUp = 10;
-    timings.transfer = {40, 20};
+    timings.transfer = {milliseconds, milliseconds / 2};
     return timings;
 }
 
@@ -127,7 +137,7 @@ public:
 struct NoisyRun {
     NoisyRun(int theSeed, const QByteArrayList& faults)
         : seed(theSeed), file(contents(sizes[static_cast<std::size_t>(seed / 2) % sizes.size()])),
-          bench(settings(seed, faults), impatientLink()) {}
+          bench(settings(seed, faults), waitingLink(shortWait)) {}
 
     bool start() {
         if (!bench.connectBoth())
@@ -152,7 +162,7 @@ struct NoisyRun {
     }
 
     static SerialSimulatorSettings settings(int seed, const QByteArrayList& faults) {
-        SerialSimulatorSettings result = impatient();
+        SerialSimulatorSettings result = waiting(shortWait);
         result.line.seed = static_cast<std::uint32_t>(seed * 2 + 1);
         for (const QByteArray& fault : faults)
             addLineFault(result.line.faults, fault.toStdString());
@@ -168,7 +178,7 @@ struct NoisyRun {
         "",          "wrong-number=2", "reply=1@1x5", "reply=1@2x6", "reply=2@1",
         "reply=3@2", "reply=3@1x6",    "reply=4@1",   "reply=77@1",  "abort=2"};
     static constexpr std::array<int, 5> sizes{0, 1, 1020, 1021, 5000};
-    QDeadlineTimer longEnough{3000};
+    QDeadlineTimer longEnough{75 * shortWait};
     int seed;
     QByteArray file;
     Bench bench;
@@ -262,13 +272,9 @@ void FileEndToEndTest::every_reply_of_the_instrument() {
     QFETCH(const int, programOutcome);
     QFETCH(const std::optional<Outcome>, instrumentOutcome);
 
-    SerialSimulatorSettings settings = impatient();
+    SerialSimulatorSettings settings = waiting(longWait);
     QVERIFY(addLineFault(settings.line.faults, fault.toStdString()));
-    // Only a reply that is none is waited for in vain.
-    settings.line.timings.packet = std::chrono::milliseconds(300);
-    SerialTimings timings = impatientLink();
-    timings.transfer.packet = 300;
-    Bench bench(settings, timings);
+    Bench bench(settings, waitingLink(longWait));
     QVERIFY(bench.connectBoth());
     const QByteArray file = contents(2000);
     bench.sendToInstrument(file);
@@ -296,9 +302,9 @@ void FileEndToEndTest::faults_of_a_sending_instrument() {
     QFETCH(const int, programOutcome);
     QFETCH(const std::optional<Outcome>, instrumentOutcome);
 
-    SerialSimulatorSettings settings = impatient();
+    SerialSimulatorSettings settings = waiting(longWait);
     QVERIFY(addLineFault(settings.line.faults, fault.toStdString()));
-    Bench bench(settings, impatientLink());
+    Bench bench(settings, waitingLink(longWait));
     QVERIFY(bench.connectBoth());
     bench.receive(contents(2000));
     QVERIFY(spinUntil([&] { return bench.bothEnded(); }, patience));
