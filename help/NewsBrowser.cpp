@@ -7,6 +7,7 @@
 
 NewsBrowser::NewsBrowser() {
     setOpenLinks(false);
+    setAccessibleName(tr("News"));
     // The program ends with its main window, whether or not the news are still open.
     setAttribute(Qt::WA_QuitOnClose, false);
 }
