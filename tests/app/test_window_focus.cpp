@@ -3,13 +3,16 @@
 #include "Operator.h"
 #include "RawInstrument.h"
 #include "TestEnvironment.h"
+#include "TileMenu.h"
 
 #include <QComboBox>
 #include <QProcess>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTextEdit>
 #include <QWindow>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -46,6 +49,8 @@ private slots:
     void keysTypedWhileChatArrivesAreNotLost();
     void draftGoesOnWhileChatArrives();
     void keysGoOnAfterAMenuIsLeft();
+    void tilesAreWorkedByKeyboard();
+    void aScreensMenuIsWorkedByKeyboard();
 
 private:
     GroupWindow& window() const { return m_person->window(); }
@@ -194,6 +199,46 @@ void TestWindowFocus::keysGoOnAfterAMenuIsLeft() {
     QVERIFY(!QApplication::activePopupWidget());
     QVERIFY(
         instrumentGets({QStringLiteral("0061"), QStringLiteral("0020"), QStringLiteral("0062")}));
+}
+
+void TestWindowFocus::tilesAreWorkedByKeyboard() {
+    window().addEmptyConnection(true);
+    const auto* const tiles = window().findChild<TileMenu*>();
+    QVERIFY(press(QStringLiteral("F6")));
+    QTRY_COMPARE_WITH_TIMEOUT(tiles->current(), &m_person->tile(1), kPatience);
+    // The frame says who gets the keys, wherever the focus is.
+    QVERIFY(type(QStringLiteral("a")));
+    QVERIFY(instrumentGets({QStringLiteral("0061")}));
+
+    QVERIFY(press(QStringLiteral("F10")));
+    QVERIFY(press(QStringLiteral("Right")));
+    QTRY_COMPARE_WITH_TIMEOUT(QApplication::activePopupWidget(), tiles, kPatience);
+    QVERIFY(press(QStringLiteral("1")));
+    QTRY_COMPARE_WITH_TIMEOUT(tiles->current(), &m_person->tile(0), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_person->display(0).hasFocus(), kPatience);
+    QVERIFY(press(QStringLiteral("F8")));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_person->tile(0).receivesKeys(), kPatience);
+    QVERIFY(type(QStringLiteral("bc")));
+    QVERIFY(press(QStringLiteral("F8")));
+    QTRY_VERIFY_WITH_TIMEOUT(m_person->tile(0).receivesKeys(), kPatience);
+    QVERIFY(type(QStringLiteral("d")));
+    QVERIFY(instrumentGets({QStringLiteral("0064")}));
+}
+
+void TestWindowFocus::aScreensMenuIsWorkedByKeyboard() {
+    const auto isEmpty = [](const QLabel* label) { return label->text().isEmpty(); };
+    const auto labels = window().statusBar()->findChildren<QLabel*>();
+    for (const char* key : {"shift+F10", "Menu"}) {
+        QVERIFY(press(QLatin1String(key)));
+        QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), kPatience);
+        QVERIFY(press(QStringLiteral("Escape")));
+        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activePopupWidget(), kPatience);
+        // Shift was let go while the menu had the keyboard.
+        QTRY_VERIFY_WITH_TIMEOUT(std::ranges::all_of(labels, isEmpty), kPatience);
+        QVERIFY(type(QStringLiteral("a b")));
+        QVERIFY(instrumentGets(
+            {QStringLiteral("0061"), QStringLiteral("0020"), QStringLiteral("0062")}));
+    }
 }
 
 void TestWindowFocus::keysTypedWhileChatArrivesAreNotLost() {
