@@ -52,12 +52,17 @@ void SocketAddress::setFamily(Socket::Family family) {
     m_storage.any.sa_family = static_cast<sa_family_t>(family);
 }
 
+// What a family does not use is zero, also where an address of the other family was before: all
+// bytes count in comparisons.
 void SocketAddress::Assign(const in_addr& address) {
     setFamily(Socket::IPv4);
     m_storage.v4.sin_addr = address;
+    std::memset(m_storage.v4.sin_zero, 0, sizeof m_storage.v4.sin_zero);
 }
 
 void SocketAddress::Assign(const in6_addr& address) {
+    if (family() != Socket::IPv6)
+        m_storage.v6.sin6_flowinfo = 0;
     setFamily(Socket::IPv6);
     m_storage.v6.sin6_addr = address;
 }
