@@ -35,4 +35,6 @@ struct ColorTables {
     /// Reads what toBytes() made; colours come back opaque. Anything missing or damaged counts as
     /// the value 0, so that colour is black.
     static ColorTables fromBytes(const QByteArray& bytes);
+
+    friend bool operator==(const ColorTables&, const ColorTables&) = default;
 };

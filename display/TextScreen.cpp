@@ -1,50 +1,46 @@
 #include "TextScreen.h"
 
-#include "CellGlyph.h"
+#include "CellGrid.h"
 #include "CellPainter.h"
 
 #include <QPainter>
 
-namespace {
-
-constexpr qreal margin = 0;
-
-unsigned char cellOf(const QVector<char>& cells, qsizetype index) {
-    return static_cast<unsigned char>(index < cells.size() ? cells.at(index) : 0);
-}
-
-std::size_t colorIndex(unsigned char attribute) {
-    return attribute < ColorTables::attributeCount ? attribute : 0;
-}
-
-} // namespace
-
-QSizeF TextScreen::cellSize(const QSize& size) const {
-    return {(size.width() - 2 * margin) / columns, (size.height() - 2 * margin) / rows};
-}
+#include <algorithm>
 
 void TextScreen::fitFont(const QSize& size) {
-    sizing = sizing.fitted(font, size, cellSize(size));
+    sizing = sizing.fitted(font, size, CellGrid(size, columns, rows).cellSize());
+}
+
+CellLook TextScreen::look(const QSize& size) const {
+    return {font, sizing.pixelSize, size, columns, rows, colors};
+}
+
+std::vector<CellCode> TextScreen::cells() const {
+    const auto count = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows);
+    const auto within = [count](const QVector<char>& bytes) {
+        return std::min(count, static_cast<std::size_t>(bytes.size()));
+    };
+    std::vector<CellCode> cells(count);
+    const char* const codes = text.constData();
+    for (std::size_t i = 0; i < within(text); ++i)
+        cells[i] = CellCode::of(codes[i], 0);
+    const char* const attributes = attr.constData();
+    for (std::size_t i = 0; i < within(attr); ++i)
+        cells[i] = CellCode::of(static_cast<char>(cells[i].code), attributes[i]);
+    return cells;
 }
 
 void TextScreen::paintText(QPainter& painter, const QSize& size,
                            const std::atomic<bool>& restart) const {
-    const QSizeF cell = cellSize(size);
-    const qreal overlap = cell.width() / 8;
+    const CellGrid grid(size, columns, rows);
+    const std::vector<CellCode> codes = cells();
     painter.setFont(sizedFont(font, sizing.pixelSize));
-    qsizetype index = 0;
-    // Positions are added up, so that the end of a cell is exactly the beginning of the next.
-    qreal y = margin;
-    for (int row = 0; row < rows; ++row, y += cell.height()) {
-        qreal x = margin;
-        for (int column = 0; column < columns; ++column, ++index, x += cell.width()) {
+    auto cell = codes.begin();
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column, ++cell) {
             if (restart)
                 return;
-            const std::size_t color = colorIndex(cellOf(attr, index));
-            paintCell(painter,
-                      {cellGlyph(cellOf(text, index)), colors.foreground[color],
-                       colors.background[color]},
-                      {{x, y}, cell}, overlap);
+            paintCell(painter, cell->in(colors), grid.area(column, row), grid.overlap());
         }
     }
 }

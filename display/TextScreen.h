@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CellCode.h"
+#include "CellLook.h"
 #include "ColorTables.h"
 #include "FontSizing.h"
 
@@ -8,6 +10,7 @@
 #include <QVector>
 
 #include <atomic>
+#include <vector>
 
 class QPainter;
 
@@ -28,10 +31,13 @@ struct TextScreen {
     /// Chooses the size of the letters for painting at `size`, which must not be empty.
     void fitFont(const QSize& size);
 
+    /// What the cells look like at `size`, in the letters last chosen.
+    CellLook look(const QSize& size) const;
+
+    /// All cells, row by row.
+    std::vector<CellCode> cells() const;
+
     /// Paints the whole screen, from (0, 0) to `size`, in the letters last chosen. Stops at the
     /// next cell once `restart` is set.
     void paintText(QPainter& painter, const QSize& size, const std::atomic<bool>& restart) const;
-
-private:
-    QSizeF cellSize(const QSize& size) const;
 };

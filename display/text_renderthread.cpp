@@ -3,7 +3,6 @@
 #include "ThreadAnnotations.h"
 
 #include <QMutexLocker>
-#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -93,8 +92,9 @@ void text_renderthread::renderAgain() {
 }
 
 void text_renderthread::run() {
+    ScreenRenderer renderer;
     while (auto request = nextRequest())
-        deliver(render(*request));
+        deliver(render(renderer, *request));
     annotateEnd(this);
 }
 
@@ -111,40 +111,48 @@ std::optional<text_renderthread::Request> text_renderthread::nextRequest() {
     return Request{m_screen, m_requestedSize};
 }
 
-QImage text_renderthread::render(Request& request) {
+ScreenRenderer::Rendering text_renderthread::render(ScreenRenderer& renderer, Request& request) {
     if (request.size.isEmpty())
         return {};
-    QImage image(withinLimits(request.size), QImage::Format_RGB32);
-    if (image.isNull())
-        return {};
-    request.screen.fitFont(image.size());
+    const QSize size = withinLimits(request.size);
+    request.screen.fitFont(size);
     {
         const QMutexLocker lock(&m_mutex);
         // Another grid means other cells: a size chosen for those of before is of no use to it.
         if (m_screen.columns == request.screen.columns && m_screen.rows == request.screen.rows)
             m_screen.sizing = request.screen.sizing;
     }
-    QPainter painter(&image);
-    request.screen.paintText(painter, image.size(), m_restart);
-    return image;
+    return renderer.render(request.screen, size, m_restart);
 }
 
 /// Hands a rendering to the owner's thread, unless it was cut short. The owner finds at most one,
 /// the newest, however long it was busy.
-void text_renderthread::deliver(const QImage& image) {
+void text_renderthread::deliver(const ScreenRenderer::Rendering& rendering) {
     const QMutexLocker lock(&m_mutex);
-    if (m_restart || image.isNull())
+    m_changed |= rendering.changed;
+    if (m_restart || rendering.image.isNull())
         return;
-    m_finished = image;
+    m_finished = rendering.image;
     QMetaObject::invokeMethod(this, &text_renderthread::emitFinished, Qt::QueuedConnection);
 }
 
 void text_renderthread::emitFinished() {
     QImage image;
+    QRegion changed;
     {
         const QMutexLocker lock(&m_mutex);
+        if (m_finished.isNull())
+            return;
         image = std::exchange(m_finished, QImage());
+        changed = std::exchange(m_changed, QRegion());
     }
-    if (!image.isNull())
-        emit renderedImage(image);
+    m_keyBefore = std::exchange(m_keyNow, image.cacheKey());
+    m_changedNow = changed;
+    emit renderedImage(image);
+}
+
+std::optional<QRegion> text_renderthread::difference(qint64 before, qint64 after) const {
+    if (before != m_keyBefore || after != m_keyNow)
+        return std::nullopt;
+    return m_changedNow;
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "ScreenRenderer.h"
 #include "TextScreen.h"
 
 #include <QImage>
 #include <QMutex>
+#include <QRegion>
 #include <QThread>
 #include <QWaitCondition>
 
@@ -50,6 +52,11 @@ public:
     /// `painter` from (0, 0) to `size`, and returns when done. An empty size draws nothing.
     void drawNow(QPainter& painter, const QSize& size);
 
+    /// Where the image that renderedImage() brought last differs from the one before it, when
+    /// `before` and `after` are the QImage::cacheKey() of these two; nothing otherwise. For the
+    /// owner's thread.
+    std::optional<QRegion> difference(qint64 before, qint64 after) const;
+
     /// Limits of an image: what a painter can address, and somewhat more than the largest of
     /// today's displays.
     static constexpr int maxSide = 16384;
@@ -70,8 +77,8 @@ private:
 
     void renderAgain();
     std::optional<Request> nextRequest();
-    QImage render(Request& request);
-    void deliver(const QImage& image);
+    ScreenRenderer::Rendering render(ScreenRenderer& renderer, Request& request);
+    void deliver(const ScreenRenderer::Rendering& rendering);
     void emitFinished();
 
     QMutex m_mutex;
@@ -84,4 +91,11 @@ private:
     bool m_abort = false;
     TextScreen m_screen;
     QImage m_finished;
+    /// What has changed since the image that was emitted last.
+    QRegion m_changed;
+
+    // Of the owner's thread alone.
+    qint64 m_keyBefore = 0;
+    qint64 m_keyNow = 0;
+    QRegion m_changedNow;
 };

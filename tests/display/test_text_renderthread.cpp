@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -287,6 +288,55 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!got.images.isEmpty() && got.images.last().pixel(0, 0) == newest,
                                  patienceMs);
         QVERIFY(isOneColour(got.images.last()));
+    }
+
+    void theDifferenceOfTwoDeliveriesIsKnown() {
+        text_renderthread renderer;
+        renderer.setFont(QFont(sans));
+        QImage last;
+        int deliveries = 0;
+        int missed = 0;
+        bool isKnown = true;
+        connect(&renderer, &text_renderthread::renderedImage, this, [&](const QImage& image) {
+            const auto difference = renderer.difference(last.cacheKey(), image.cacheKey());
+            isKnown = isKnown && (deliveries == 0 || difference.has_value());
+            isKnown = isKnown && !renderer.difference(last.cacheKey(), 0).has_value();
+            for (int y = 0; deliveries > 0 && difference && y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x)
+                    missed += image.pixel(x, y) != last.pixel(x, y) &&
+                              !difference->contains(QPoint(x, y));
+            }
+            last = image;
+            ++deliveries;
+        });
+        // Some are delivered one by one, some are replaced before they are, some are cut short.
+        ReferenceScreen screen = ReferencePainter::randomScreen(19);
+        const QSize size(250, 125);
+        request(renderer, size, screen);
+        QTRY_COMPARE_WITH_TIMEOUT(deliveries, 1, patienceMs);
+        for (unsigned i = 0; i < 300; ++i) {
+            screen.text[(i * 37) % 320] = static_cast<char>(i);
+            request(renderer, size, screen);
+            if (i % 5 == 0)
+                QCoreApplication::processEvents();
+            else if (i % 7 == 0)
+                QTest::qWait(1);
+            else if (i % 3 == 0)
+                std::this_thread::yield();
+        }
+        const QImage expected = ReferencePainter::paint(screen, size);
+        QTRY_VERIFY_WITH_TIMEOUT(last == expected, patienceMs);
+        QVERIFY(isKnown);
+        QCOMPARE(missed, 0);
+        QVERIFY(deliveries > 1);
+
+        // Nothing new: the same image again, and no difference.
+        const qint64 key = last.cacheKey();
+        const int before = deliveries;
+        request(renderer, size, screen);
+        QTRY_VERIFY_WITH_TIMEOUT(deliveries > before, patienceMs);
+        QCOMPARE(last.cacheKey(), key);
+        QVERIFY(renderer.difference(key, key)->isEmpty());
     }
 
     void theThreadSleepsWhenAllIsDone() {

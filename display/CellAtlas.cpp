@@ -1,0 +1,134 @@
+#include "CellAtlas.h"
+
+#include "FontSizing.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t smallestLimit = std::size_t{512} * 1024;
+/// Pixels to a side: smaller cells would reach further than into their neighbours.
+constexpr double smallestCell = 4;
+
+/// Width through height: double lines, an eighth of the width from the centre, would leave flatter
+/// cells.
+constexpr double widestShape = 4;
+
+constexpr quint16 absentCell = 0xFFFF;
+
+/// What one entry takes beside its pixels: itself, and its place in a hash table.
+constexpr std::size_t entryBytes = 64;
+
+quint16 numberOf(const std::optional<CellCode>& cell) {
+    return cell ? static_cast<quint16>(cell->number()) : absentCell;
+}
+
+/// The atlases in use.
+class Atlases {
+public:
+    std::shared_ptr<CellAtlas> find(const CellLook& look) {
+        const QMutexLocker lock(&m_mutex);
+        std::erase_if(m_known, [](const auto& atlas) { return atlas.expired(); });
+        for (const auto& known : m_known) {
+            auto atlas = known.lock();
+            if (atlas && atlas->look() == look)
+                return atlas;
+        }
+        auto made = std::make_shared<CellAtlas>(look);
+        m_known.push_back(made);
+        return made;
+    }
+
+private:
+    QMutex m_mutex;
+    std::vector<std::weak_ptr<CellAtlas>> m_known;
+};
+
+/// With a font of its own, which no other thread's painting changes.
+CellLook ownLook(CellLook look) {
+    look.font = sizedFont(look.font, look.letterSize);
+    return look;
+}
+
+} // namespace
+
+std::shared_ptr<CellAtlas> CellAtlas::shared(const CellLook& look) {
+    static Atlases atlases;
+    return atlases.find(ownLook(look));
+}
+
+bool CellAtlas::suits(const CellLook& look) {
+    const auto isOpaque = [](const QColor& color) { return color.alpha() == 255; };
+    const auto& [foreground, background] = look.colors;
+    const double width = static_cast<double>(look.imageSize.width()) / look.columns;
+    const double height = static_cast<double>(look.imageSize.height()) / look.rows;
+    return width >= smallestCell && height >= smallestCell && width <= widestShape * height &&
+           std::all_of(foreground.begin(), foreground.end(), isOpaque) &&
+           std::all_of(background.begin(), background.end(), isOpaque);
+}
+
+CellAtlas::CellAtlas(const CellLook& look)
+    : m_look(look), m_grid(look.imageSize, look.columns, look.rows) {}
+
+std::size_t CellAtlas::limit() const {
+    const auto width = static_cast<std::size_t>(m_look.imageSize.width());
+    const auto height = static_cast<std::size_t>(m_look.imageSize.height());
+    return std::max(smallestLimit, width * height * sizeof(QRgb));
+}
+
+std::size_t CellAtlas::bytes() const {
+    return m_pixels.capacity() * sizeof(QRgb) + m_entries.size() * entryBytes;
+}
+
+void CellAtlas::forget() {
+    m_alone = {};
+    m_groups = {};
+    m_entries = {};
+    m_pixels = {};
+    m_anyReach = false;
+    ++m_epoch;
+}
+
+CellAtlas::Index CellAtlas::add(const PreparedCell& prepared) {
+    m_entries.push_back({prepared.inked, m_pixels.size(), prepared.background, prepared.reach});
+    m_pixels.insert(m_pixels.end(), prepared.pixels.begin(), prepared.pixels.end());
+    m_anyReach = m_anyReach || prepared.reach != 0;
+    return static_cast<Index>(m_entries.size() - 1);
+}
+
+CellAtlas::Session::Session(CellAtlas& atlas, QRgb* pixels)
+    : m_atlas(atlas), m_pixels(pixels), m_lock(&atlas.m_mutex) {
+    if (m_atlas.bytes() > m_atlas.limit())
+        m_atlas.forget();
+}
+
+CellAtlas::Index CellAtlas::Session::alone(int column, int row, CellCode cell) {
+    // Blanks are the same everywhere.
+    const int place = cell.isBlank() ? 0 : m_atlas.m_grid.placeKind(column, row);
+    const quint32 key = static_cast<quint32>(place) * CellCode::count + cell.number();
+    if (const auto found = m_atlas.m_alone.constFind(key); found != m_atlas.m_alone.constEnd())
+        return *found;
+    const Index added = m_atlas.add(preparer().alone(column, row, cell));
+    m_atlas.m_alone.insert(key, added);
+    return added;
+}
+
+CellAtlas::Index CellAtlas::Session::among(int column, int row, CellCode cell,
+                                           const CellPreparer::Neighbours& neighbours) {
+    const Group group{static_cast<quint32>(m_atlas.m_grid.placeKind(column, row)),
+                      {numberOf(cell), numberOf(neighbours.right), numberOf(neighbours.downLeft),
+                       numberOf(neighbours.down), numberOf(neighbours.downRight)}};
+    if (const auto found = m_atlas.m_groups.constFind(group); found != m_atlas.m_groups.constEnd())
+        return *found;
+    PreparedCell prepared = preparer().among(column, row, cell, neighbours);
+    const Index added = m_atlas.add(prepared);
+    m_atlas.m_groups.insert(group, added);
+    return added;
+}
+
+CellPreparer& CellAtlas::Session::preparer() {
+    if (!m_preparer)
+        m_preparer.emplace(m_atlas.m_look, m_atlas.m_grid, m_pixels);
+    return *m_preparer;
+}

@@ -1,0 +1,251 @@
+#include "ScreenCanvas.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+using Index = CellAtlas::Index;
+
+ScreenCanvas::ScreenCanvas(const QSize& size)
+    : m_size(size),
+      m_pixels(std::make_unique_for_overwrite<QRgb[]>(static_cast<std::size_t>(size.width()) *
+                                                      static_cast<std::size_t>(size.height()))) {}
+
+bool ScreenCanvas::paint(const std::shared_ptr<CellAtlas>& atlas,
+                         const std::vector<CellCode>& cells, const std::atomic<bool>& restart) {
+    CellAtlas::Session session(*atlas, m_pixels.get());
+    if (m_shown.atlas != atlas || m_shown.epoch != session.epoch())
+        startOver(atlas, session.epoch());
+    const bool isReady = take(session, cells, restart) && choose(session, restart);
+    if (session.hasPainted())
+        startPainting();
+    return isReady && copyChosen(session, restart);
+}
+
+/// Everything is to be done, for another atlas.
+void ScreenCanvas::startOver(const std::shared_ptr<CellAtlas>& atlas, quint64 epoch) {
+    const CellGrid& grid = atlas->grid();
+    const auto count =
+        static_cast<std::size_t>(grid.columns()) * static_cast<std::size_t>(grid.rows());
+    m_shown.atlas = atlas;
+    m_shown.epoch = epoch;
+    m_cells.assign(count, {});
+    m_alone.assign(count, CellAtlas::none);
+    m_chosen.assign(count, CellAtlas::none);
+    m_work.assign(count, Work::RepaintAndReach);
+    m_isTaken = false;
+    startPainting();
+}
+
+/// Nothing of what is to be shown is to be seen.
+void ScreenCanvas::startPainting() {
+    m_shown.cells.assign(m_cells.size(), CellAtlas::none);
+    m_isFilled = false;
+}
+
+/// Whether there is a cell with work in a row.
+bool ScreenCanvas::isMarked(int row) const {
+    const auto columns = static_cast<std::size_t>(m_shown.atlas->grid().columns());
+    const Work* const work = &m_work[index(0, row)];
+    // All alike and like the first: quicker than a look at each.
+    return work[0] != Work::None || std::memcmp(work, work + 1, columns - 1) != 0;
+}
+
+/// Prepares the cells that are not shown yet and marks them.
+bool ScreenCanvas::take(CellAtlas::Session& session, const std::vector<CellCode>& cells,
+                        const std::atomic<bool>& restart) {
+    const CellGrid& grid = m_shown.atlas->grid();
+    for (int row = 0; row < grid.rows(); ++row) {
+        const std::size_t start = index(0, row);
+        if (m_isTaken &&
+            std::memcmp(&m_cells[start], &cells[start],
+                        static_cast<std::size_t>(grid.columns()) * sizeof(CellCode)) == 0)
+            continue;
+        for (int column = 0; column < grid.columns(); ++column) {
+            const std::size_t i = index(column, row);
+            if (m_alone[i] != CellAtlas::none && m_cells[i] == cells[i])
+                continue;
+            if (restart)
+                return false;
+            m_alone[i] = session.alone(column, row, cells[i]);
+            m_cells[i] = cells[i];
+            m_work[i] = Work::RepaintAndReach;
+        }
+    }
+    m_isTaken = true;
+    return true;
+}
+
+/// Marks what changed cells may reach into: the neighbours that are painted before them.
+void ScreenCanvas::spread() {
+    const CellGrid& grid = m_shown.atlas->grid();
+    const auto mark = [this, &grid](int column, int row) {
+        if (column < 0 || column >= grid.columns() || row < 0)
+            return;
+        Work& work = m_work[index(column, row)];
+        work = std::max(work, Work::Repaint);
+    };
+    for (int row = 0; row < grid.rows(); ++row) {
+        if (!isMarked(row))
+            continue;
+        for (int column = 0; column < grid.columns(); ++column) {
+            if (m_work[index(column, row)] != Work::RepaintAndReach)
+                continue;
+            mark(column - 1, row);
+            mark(column - 1, row - 1);
+            mark(column, row - 1);
+            mark(column + 1, row - 1);
+        }
+    }
+}
+
+/// Fills pixels that show nothing yet with the background that most cells have.
+void ScreenCanvas::fillMostly(const CellAtlas::Session& session) {
+    std::array<std::size_t, ColorTables::attributeCount> counts{};
+    for (const CellCode& cell : m_cells)
+        ++counts[cell.color];
+    const auto color = std::max_element(counts.begin(), counts.end()) - counts.begin();
+    const auto example = std::find_if(m_cells.begin(), m_cells.end(),
+                                      [color](CellCode cell) { return cell.color == color; });
+    m_filled =
+        session.entry(m_alone[static_cast<std::size_t>(example - m_cells.begin())]).background;
+    fill(QRect(QPoint(0, 0), m_size), m_filled);
+    m_isFilled = true;
+}
+
+/// Finds or prepares what is to be copied into the cells that are marked.
+bool ScreenCanvas::choose(CellAtlas::Session& session, const std::atomic<bool>& restart) {
+    const CellGrid& grid = m_shown.atlas->grid();
+    if (session.anyReach())
+        spread();
+    for (int row = 0; row < grid.rows(); ++row) {
+        if (!isMarked(row))
+            continue;
+        for (int column = 0; column < grid.columns(); ++column) {
+            const std::size_t i = index(column, row);
+            if (m_work[i] == Work::None)
+                continue;
+            if (restart)
+                return false;
+            m_chosen[i] = chosen(session, column, row);
+            m_work[i] = Work::None;
+        }
+    }
+    return true;
+}
+
+Index ScreenCanvas::chosen(CellAtlas::Session& session, int column, int row) const {
+    const Index alone = m_alone[index(column, row)];
+    if (!session.anyReach())
+        return alone;
+    const CellGrid& grid = m_shown.atlas->grid();
+    const auto reaching = [&](int atColumn, int atRow, PreparedCell::Reach reach) {
+        std::optional<CellCode> cell;
+        if (atColumn < 0 || atColumn >= grid.columns() || atRow >= grid.rows())
+            return cell;
+        const std::size_t i = index(atColumn, atRow);
+        if ((session.entry(m_alone[i]).reach & reach) != 0)
+            cell = m_cells[i];
+        return cell;
+    };
+    const CellPreparer::Neighbours neighbours = {
+        reaching(column + 1, row, PreparedCell::Left),
+        reaching(column - 1, row + 1, PreparedCell::UpRight),
+        reaching(column, row + 1, PreparedCell::Up),
+        reaching(column + 1, row + 1, PreparedCell::UpLeft),
+    };
+    if (!neighbours.right && !neighbours.downLeft && !neighbours.down && !neighbours.downRight)
+        return alone;
+    return session.among(column, row, m_cells[index(column, row)], neighbours);
+}
+
+/// Copies what was chosen, where something else is shown.
+bool ScreenCanvas::copyChosen(const CellAtlas::Session& session, const std::atomic<bool>& restart) {
+    const CellGrid& grid = m_shown.atlas->grid();
+    if (!m_isFilled)
+        fillMostly(session);
+    for (int row = 0; row < grid.rows(); ++row) {
+        const std::size_t start = index(0, row);
+        if (std::equal(&m_chosen[start], &m_chosen[start] + grid.columns(), &m_shown.cells[start]))
+            continue;
+        for (int column = 0; column < grid.columns(); ++column) {
+            const std::size_t i = index(column, row);
+            if (m_shown.cells[i] == m_chosen[i])
+                continue;
+            if (restart)
+                return false;
+            paintCell(session, grid.pixels(column, row), m_shown.cells[i], m_chosen[i]);
+            m_shown.cells[i] = m_chosen[i];
+        }
+    }
+    return true;
+}
+
+void ScreenCanvas::paintCell(const CellAtlas::Session& session, const QRect& own, Index from,
+                             Index to) {
+    const bool isBare = from == CellAtlas::none;
+    const CellAtlas::Entry& entry = session.entry(to);
+    const QRgb before = isBare ? m_filled : session.entry(from).background;
+    const QRect inked = isBare ? QRect() : session.entry(from).inked;
+    if (before != entry.background)
+        fill(own, entry.background);
+    else
+        fillAround(inked, entry.inked, own.topLeft(), entry.background);
+
+    const QRgb* source = session.pixels(entry);
+    const auto width = static_cast<std::size_t>(entry.inked.width());
+    QRgb* line = pixel(own.topLeft() + entry.inked.topLeft());
+    for (int y = 0; y < entry.inked.height(); ++y, line += m_size.width(), source += width)
+        std::memcpy(line, source, width * sizeof(QRgb));
+}
+
+/// Fills what of `area` is outside `hole`, both from `origin` on.
+void ScreenCanvas::fillAround(const QRect& area, const QRect& hole, const QPoint& origin,
+                              QRgb color) {
+    const auto fillPart = [&](int left, int top, int right, int bottom) {
+        if (left <= right && top <= bottom)
+            fill(QRect(QPoint(left, top), QPoint(right, bottom)).translated(origin), color);
+    };
+    const int top = std::clamp(hole.top(), area.top(), area.bottom() + 1);
+    const int bottom = std::clamp(hole.bottom(), top - 1, area.bottom());
+    fillPart(area.left(), area.top(), area.right(), top - 1);
+    fillPart(area.left(), top, std::min(hole.left() - 1, area.right()), bottom);
+    fillPart(std::max(hole.right() + 1, area.left()), top, area.right(), bottom);
+    fillPart(area.left(), bottom + 1, area.right(), area.bottom());
+}
+
+void ScreenCanvas::fill(const QRect& area, QRgb color) {
+    QRgb* line = pixel(area.topLeft());
+    if (area.width() == m_size.width()) {
+        std::fill_n(line, qptrdiff{area.width()} * area.height(), color);
+        return;
+    }
+    for (int y = 0; y < area.height(); ++y, line += m_size.width())
+        std::fill_n(line, area.width(), color);
+}
+
+QRegion changedArea(const ScreenCanvas::Shown& before, const ScreenCanvas::Shown& after) {
+    if (!after.atlas)
+        return {};
+    const CellGrid& grid = after.atlas->grid();
+    if (before.atlas != after.atlas || before.epoch != after.epoch)
+        return QRect(QPoint(0, 0), grid.imageSize());
+    QRegion changed;
+    const auto columns = static_cast<std::ptrdiff_t>(grid.columns());
+    for (int row = 0; row < grid.rows(); ++row) {
+        const auto start = before.cells.begin() + row * columns;
+        const auto end = start + columns;
+        const auto other = after.cells.begin() + row * columns;
+        if (std::equal(start, end, other))
+            continue;
+        const auto first = std::mismatch(start, end, other).first;
+        const auto last =
+            std::mismatch(std::make_reverse_iterator(end), std::make_reverse_iterator(start),
+                          std::make_reverse_iterator(other + columns))
+                .first.base() -
+            1;
+        changed |= grid.pixels(static_cast<int>(first - start), row) |
+                   grid.pixels(static_cast<int>(last - start), row);
+    }
+    return changed;
+}

@@ -1,0 +1,60 @@
+#include "ScreenRenderer.h"
+
+#include "CanvasPool.h"
+
+#include <QPainter>
+
+#include <utility>
+
+ScreenRenderer::ScreenRenderer() : m_pool(std::make_shared<CanvasPool>()) {}
+
+ScreenRenderer::~ScreenRenderer() = default;
+
+ScreenRenderer::Rendering ScreenRenderer::render(const TextScreen& screen, const QSize& size,
+                                                 const std::atomic<bool>& restart) {
+    CellLook look = screen.look(size);
+    std::vector<CellCode> cells = screen.cells();
+    if (look == m_lastLook && cells == m_lastCells)
+        return {m_lastImage, {}};
+
+    if (m_look != look) {
+        m_look = look;
+        m_atlas = CellAtlas::suits(look) ? CellAtlas::shared(look) : nullptr;
+    }
+    Rendering rendering;
+    if (m_atlas) {
+        rendering = paintKept(cells, restart);
+    } else {
+        rendering = {paintPlainly(screen, restart), QRect(QPoint(0, 0), size)};
+        m_lastShown = {};
+    }
+    if (!rendering.image.isNull()) {
+        m_lastImage = rendering.image;
+        m_lastLook = std::move(look);
+        m_lastCells = std::move(cells);
+    }
+    return rendering;
+}
+
+QImage ScreenRenderer::paintPlainly(const TextScreen& screen, const std::atomic<bool>& restart) {
+    QImage image(m_look.imageSize, QImage::Format_RGB32);
+    if (image.isNull())
+        return {};
+    QPainter painter(&image);
+    screen.paintText(painter, image.size(), restart);
+    return restart ? QImage() : image;
+}
+
+ScreenRenderer::Rendering ScreenRenderer::paintKept(const std::vector<CellCode>& cells,
+                                                    const std::atomic<bool>& restart) {
+    std::unique_ptr<ScreenCanvas> canvas = m_pool->take(m_look.imageSize);
+    if (!canvas->paint(m_atlas, cells, restart)) {
+        m_pool->give(std::move(canvas));
+        return {};
+    }
+    Rendering rendering;
+    rendering.changed = changedArea(m_lastShown, canvas->shown());
+    m_lastShown = canvas->shown();
+    rendering.image = m_pool->lend(std::move(canvas));
+    return rendering;
+}

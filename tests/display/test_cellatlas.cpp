@@ -1,0 +1,214 @@
+#include "CellAtlas.h"
+#include "ReferencePainter.h"
+#include "ScreenCanvas.h"
+#include "TestEnvironment.h"
+#include "TextScreen.h"
+
+#include <QImage>
+
+#include <memory>
+
+namespace {
+
+const std::atomic<bool> never = false;
+
+CellLook lookOf(const QSize& size) {
+    TextScreen screen;
+    screen.font = QFont(QStringLiteral("Arial"));
+    screen.fitFont(size);
+    return screen.look(size);
+}
+
+std::vector<CellCode> cellsOf(const ReferenceScreen& reference) {
+    TextScreen screen;
+    screen.text = QVector<char>(reference.text.begin(), reference.text.end());
+    screen.attr = QVector<char>(reference.attr.begin(), reference.attr.end());
+    return screen.cells();
+}
+
+QImage imageOf(const ScreenCanvas& canvas) {
+    return QImage(reinterpret_cast<const uchar*>(canvas.pixels()), canvas.size().width(),
+                  canvas.size().height(), QImage::Format_RGB32)
+        .copy();
+}
+
+std::vector<QRgb> pixelsOf(const QSize& size) {
+    return std::vector<QRgb>(static_cast<std::size_t>(size.width()) *
+                             static_cast<std::size_t>(size.height()));
+}
+
+} // namespace
+
+class TestCellAtlas : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aLookHasOneAtlas() {
+        const auto atlas = CellAtlas::shared(lookOf({480, 240}));
+        QCOMPARE(CellAtlas::shared(lookOf({480, 240})), atlas);
+    }
+
+    void looksDiffer_data() {
+        QTest::addColumn<CellLook>("look");
+        const CellLook look = lookOf({480, 240});
+        const auto add = [&look](const char* name, auto change) {
+            CellLook other = look;
+            change(other);
+            QTest::newRow(name) << other;
+        };
+        add("width", [](CellLook& other) { other.imageSize.setWidth(481); });
+        add("letters", [](CellLook& other) { ++other.letterSize; });
+        add("family", [](CellLook& other) { other.font = QFont(QStringLiteral("Courier")); });
+        add("weight", [](CellLook& other) { other.font.setBold(true); });
+        add("columns", [](CellLook& other) { other.columns = 20; });
+        add("rows", [](CellLook& other) { other.rows = 4; });
+        add("text colour", [](CellLook& other) {
+            other.colors = ColorTables(Qt::black, other.colors.backgroundColor(),
+                                       other.colors.highlightColor());
+        });
+        add("highlight", [](CellLook& other) {
+            other.colors =
+                ColorTables(other.colors.textColor(), other.colors.backgroundColor(), Qt::green);
+        });
+    }
+    void looksDiffer() {
+        QFETCH(const CellLook, look);
+        const auto atlas = CellAtlas::shared(lookOf({480, 240}));
+        QVERIFY(CellAtlas::shared(look) != atlas);
+    }
+
+    void anAtlasGoesWithItsLastUser() {
+        std::weak_ptr<CellAtlas> atlas;
+        {
+            const auto user = CellAtlas::shared(lookOf({480, 240}));
+            atlas = user;
+            QVERIFY(!atlas.expired());
+        }
+        QVERIFY(atlas.expired());
+    }
+
+    void suitsCellsOfSomeSizeInOpaqueColours() {
+        CellLook look = lookOf({160, 32});
+        QVERIFY(CellAtlas::suits(look));
+        look.imageSize = QSize(159, 32);
+        QVERIFY(!CellAtlas::suits(look));
+        look.imageSize = QSize(160, 31);
+        QVERIFY(!CellAtlas::suits(look));
+        look.imageSize = QSize(640, 32);
+        QVERIFY(CellAtlas::suits(look));
+        look.imageSize = QSize(641, 32);
+        QVERIFY(!CellAtlas::suits(look));
+        look.imageSize = QSize(160, 32);
+        look.colors = ColorTables(QColor(0, 0, 0, 254), Qt::white, Qt::red);
+        QVERIFY(!CellAtlas::suits(look));
+    }
+
+    void cellsArePaintedOnce() {
+        const QSize size(480, 240);
+        CellAtlas atlas(lookOf(size));
+        std::vector<QRgb> pixels = pixelsOf(size);
+        CellAtlas::Index first = CellAtlas::none;
+        {
+            CellAtlas::Session session(atlas, pixels.data());
+            QVERIFY(!session.hasPainted());
+            first = session.alone(5, 3, {'A', 0});
+            QVERIFY(session.hasPainted());
+        }
+        CellAtlas::Session session(atlas, pixels.data());
+        QCOMPARE(session.alone(5, 3, {'A', 0}), first);
+        // Whole pixels away it is the same cell.
+        QCOMPARE(session.alone(17, 6, {'A', 0}), first);
+        QVERIFY(!session.hasPainted());
+        QVERIFY(session.alone(5, 3, {'A', 1}) != first);
+        QVERIFY(session.alone(5, 3, {'B', 0}) != first);
+        QVERIFY(session.alone(0, 3, {'A', 0}) != first);
+    }
+
+    void entriesAreCutToTheInk() {
+        const QSize size(480, 240);
+        CellAtlas atlas(lookOf(size));
+        std::vector<QRgb> pixels = pixelsOf(size);
+        CellAtlas::Session session(atlas, pixels.data());
+        const auto entry = [&session](unsigned char code, unsigned char color) {
+            return session.entry(session.alone(5, 3, {code, color}));
+        };
+        QVERIFY(entry(' ', 0).inked.isEmpty());
+        QCOMPARE(entry(' ', 1).background, qRgb(0, 0, 255));
+        QCOMPARE(entry(219, 0).inked, QRect(0, 0, 12, 30));
+        QCOMPARE(entry(219, 0).background, qRgb(224, 224, 224));
+        QCOMPARE(*session.pixels(entry(219, 0)), qRgb(0, 0, 255));
+        QCOMPARE(entry(179, 2).inked, QRect(6, 0, 1, 30));
+        QCOMPARE(*session.pixels(entry(179, 2)), qRgb(255, 0, 0));
+    }
+
+    void reachIsSeen() {
+        // Cells of 6.25 x 15.625: some lines begin a pixel before the pixels of their cell.
+        const QSize size(250, 125);
+        CellAtlas atlas(lookOf(size));
+        std::vector<QRgb> pixels = pixelsOf(size);
+        CellAtlas::Session session(atlas, pixels.data());
+        const auto reach = [&session](int column, int row, unsigned char code) {
+            return int{session.entry(session.alone(column, row, {code, 0})).reach};
+        };
+        QCOMPARE(reach(4, 0, 196), 0);
+        QCOMPARE(reach(0, 0, 197), 0);
+        QVERIFY(!session.anyReach());
+        // From 12.5, which is pixel 13 for the background and 12 for the line.
+        QCOMPARE(reach(2, 0, 196), int{PreparedCell::Left});
+        // From 62.5.
+        QCOMPARE(reach(4, 4, 179), int{PreparedCell::Up});
+        QVERIFY(session.anyReach());
+    }
+
+    void memoryIsBounded_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("small") << QSize(250, 125);
+        QTest::newRow("large") << QSize(641, 321);
+    }
+    void memoryIsBounded() {
+        QFETCH(const QSize, size);
+        const auto atlas = CellAtlas::shared(lookOf(size));
+        ScreenCanvas canvas(size);
+        const std::size_t image = pixelsOf(size).size() * sizeof(QRgb);
+        // What one screen adds at most, in a table that grows by doubling.
+        const std::size_t most = 2 * (atlas->limit() + 2 * image) + std::size_t{2} * 320 * 64;
+        int forgotten = 0;
+        quint64 epoch = 0;
+        for (unsigned seed = 0; seed < 400 && forgotten < 3; ++seed) {
+            ReferenceScreen screen = ReferencePainter::randomScreen(seed);
+            QVERIFY(canvas.paint(atlas, cellsOf(screen), never));
+            if (seed % 16 == 0)
+                QCOMPARE(imageOf(canvas), ReferencePainter::paint(screen, size));
+            CellAtlas::Session session(*atlas, nullptr);
+            QVERIFY2(session.bytes() <= most, qPrintable(QString::number(session.bytes())));
+            forgotten += session.epoch() != epoch;
+            epoch = session.epoch();
+        }
+        QCOMPARE(forgotten, 3);
+    }
+
+    void theLimitIsTheImageOrHalfAMegabyte() {
+        QCOMPARE(CellAtlas(lookOf({240, 120})).limit(), std::size_t{524288});
+        QCOMPARE(CellAtlas(lookOf({1920, 960})).limit(), std::size_t{7372800});
+    }
+
+    void changedAreaOfWhatCannotBeCompared() {
+        const QSize size(480, 240);
+        const auto atlas = CellAtlas::shared(lookOf(size));
+        ScreenCanvas canvas(size);
+        const QRegion whole(0, 0, 480, 240);
+        QVERIFY(canvas.paint(atlas, cellsOf(ReferencePainter::randomScreen(1)), never));
+        QCOMPARE(changedArea({}, canvas.shown()), whole);
+        QVERIFY(changedArea(canvas.shown(), canvas.shown()).isEmpty());
+        ScreenCanvas::Shown later = canvas.shown();
+        ++later.epoch;
+        QCOMPARE(changedArea(canvas.shown(), later), whole);
+        QVERIFY(changedArea(canvas.shown(), {}).isEmpty());
+    }
+};
+
+int main(int argc, char** argv) {
+    return runTest<TestCellAtlas>(argc, argv);
+}
+
+#include "test_cellatlas.moc"
