@@ -14,8 +14,10 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
+#include <QtMath>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -31,6 +33,15 @@ void fillCells(QVector<char>& cells, std::string_view data) {
     char* to = cells.data();
     std::copy(data.begin(), data.end(), to);
     std::fill(to + data.size(), to + cells.size(), '\0');
+}
+
+/// Paints pixel for pixel, whatever the device's pixels are to a unit.
+void paintUnscaled(QPainter& painter, const QPixmap& pixmap) {
+    painter.save();
+    const qreal ratio = painter.device()->devicePixelRatio();
+    painter.scale(1 / ratio, 1 / ratio);
+    painter.drawPixmap(0, 0, pixmap);
+    painter.restore();
 }
 
 } // namespace
@@ -84,6 +95,7 @@ void LCD7100::setSize(int columns, int rows, int pixelWidth, int pixelHeight) {
     m_graphWidth = std::clamp(pixelWidth, 1, maxGraphSide);
     m_graphHeight = std::clamp(pixelHeight, 1, maxGraphSide);
     m_graphBits.fill(0, GraphImage7100::packedSize(m_graphWidth, m_graphHeight));
+    m_graphIsPacked = false;
     m_graphWaits = false;
     m_graphics = QImage(m_graphWidth, m_graphHeight, QImage::Format_RGB32);
     m_graphics.fill(backColor());
@@ -106,7 +118,12 @@ void LCD7100::setAttrWait(std::string_view attributes) {
 }
 
 void LCD7100::setCursorWait(int mode, int column, int row) {
-    m_cursor = {mode, column, row};
+    const LCDTextCursor cursor = {mode, column, row};
+    if (cursor == m_cursor)
+        return;
+    m_cursorChange |= cursorRect();
+    m_cursor = cursor;
+    m_cursorChange |= cursorRect();
 }
 
 void LCD7100::redraw(bool force) {
@@ -116,8 +133,14 @@ void LCD7100::redraw(bool force) {
 
 void LCD7100::render(bool force) {
     // In pixels of the device, so that text is sharp on every display.
-    const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    m_renderer.updateTextAndAttr(pixels, m_text, m_attr, force);
+    m_renderer.updateTextAndAttr(devicePixels(), m_text, m_attr, force);
+}
+
+/// The pixels that the widget covers, those that it covers in part included.
+QSize LCD7100::devicePixels() const {
+    constexpr qreal roundingError = 1e-6;
+    const QSizeF covered = QSizeF(size()) * devicePixelRatioF();
+    return {qCeil(covered.width() - roundingError), qCeil(covered.height() - roundingError)};
 }
 
 void LCD7100::setFullGraphics(const char* bits) {
@@ -125,16 +148,28 @@ void LCD7100::setFullGraphics(const char* bits) {
 }
 
 void LCD7100::setFullGraphics(std::string_view bits) {
-    fillCells(m_graphBits, bits);
+    QVector<char> packed(m_graphBits.size());
+    fillCells(packed, bits);
+    const bool isShown = m_graphIsPacked && packed == m_graphBits && m_graphColors == m_colors;
+    if (isShown)
+        return;
+    m_graphBits.swap(packed);
     m_graphColors = m_colors;
+    m_graphIsPacked = true;
     m_graphWaits = true;
-    update();
+    graphicsChanged();
 }
 
 void LCD7100::setFullGraphics(GraphImage7100 picture) {
+    m_graphIsPacked = false;
     m_graphWaits = false;
     m_graphics = picture.toColor(m_colors.textColor(), m_colors.backgroundColor());
-    update();
+    graphicsChanged();
+}
+
+void LCD7100::graphicsChanged() {
+    if (!m_textMode)
+        update();
 }
 
 const QImage& LCD7100::graphics() {
@@ -149,7 +184,7 @@ void LCD7100::clearDisplay() {
     setTextMode(true);
     m_text.fill(' ');
     m_attr.fill(0);
-    m_cursor = {};
+    setCursorWait(LCDTextCursor::Off, 1, 1);
     render(false);
 }
 
@@ -272,12 +307,46 @@ void LCD7100::blinkCursor() {
     if (!m_textMode || m_cursor.mode == LCDTextCursor::Off)
         return;
     m_cursorShown = !m_cursorShown;
-    update(cursorArea(size(), m_columns, m_rows, m_cursor).toAlignedRect());
+    update(std::exchange(m_cursorChange, QRegion()) | cursorRect());
+}
+
+QRect LCD7100::cursorRect() const {
+    return cursorArea(size(), m_columns, m_rows, m_cursor).toAlignedRect();
 }
 
 void LCD7100::newTextReady(QImage image) {
+    const qint64 keyBefore = std::exchange(m_textKey, image.cacheKey());
+    const auto difference = m_renderer.difference(keyBefore, m_textKey);
+    const bool isFirst = m_textPixmap.isNull();
+    // Shared with the image: its pixels are copied for the first time when they are painted.
     m_textPixmap = QPixmap::fromImage(std::move(image));
-    update();
+    // Whatever is beneath is covered from now on.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    if (!m_textMode && !isFirst)
+        return;
+    if (!isFirst && difference && isRenderedForNow())
+        updatePixels(*difference);
+    else
+        update();
+    update(std::exchange(m_cursorChange, QRegion()));
+}
+
+/// Whether what was rendered last is for the size that the widget has.
+bool LCD7100::isRenderedForNow() const {
+    return m_textPixmap.size() == devicePixels();
+}
+
+/// Repaints pixels of the device.
+void LCD7100::updatePixels(const QRegion& pixels) {
+    const qreal ratio = devicePixelRatioF();
+    // A pixel of the device may be shared with the neighbours of its unit.
+    const int margin = ratio == std::floor(ratio) ? 0 : 1;
+    QRegion units;
+    for (const QRect& part : pixels) {
+        const QRectF exact(QPointF(part.topLeft()) / ratio, QSizeF(part.size()) / ratio);
+        units |= exact.toAlignedRect().adjusted(-margin, -margin, margin, margin);
+    }
+    update(units);
 }
 
 void LCD7100::paintEvent(QPaintEvent* /*event*/) {
@@ -288,7 +357,10 @@ void LCD7100::paintEvent(QPaintEvent* /*event*/) {
         painter.drawImage(rect(), graphics());
         return;
     }
-    painter.drawPixmap(rect(), m_textPixmap);
+    if (isRenderedForNow())
+        paintUnscaled(painter, m_textPixmap);
+    else
+        painter.drawPixmap(rect(), m_textPixmap);
     if (m_cursorShown)
         paintCursor(painter, size(), m_cursor);
 }

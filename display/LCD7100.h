@@ -8,6 +8,7 @@
 
 #include <QImage>
 #include <QPixmap>
+#include <QRegion>
 #include <QVector>
 #include <QWidget>
 
@@ -119,8 +120,13 @@ protected:
 private:
     void addMenuEntry(const QString& text, const QString& statusTip, void (LCD7100::*slot)());
     void paintCursor(QPainter& painter, const QSize& size, const LCDTextCursor& cursor) const;
+    QRect cursorRect() const;
     void render(bool force);
+    QSize devicePixels() const;
+    void updatePixels(const QRegion& pixels);
+    bool isRenderedForNow() const;
     const QImage& graphics();
+    void graphicsChanged();
 
     bool m_textMode = true;
     int m_columns = 0;
@@ -136,10 +142,16 @@ private:
     /// send pictures much faster than they can be unpacked.
     QVector<char> m_graphBits;
     ColorTables m_graphColors;
+    /// Whether m_graphBits is what is to be seen.
+    bool m_graphIsPacked = false;
     bool m_graphWaits = false;
     QImage m_graphics;
     ColorTables m_colors;
     QPixmap m_textPixmap;
+    /// QImage::cacheKey() of what the pixmap was made from.
+    qint64 m_textKey = 0;
+    /// Where a cursor is, or was, that has changed since it could be seen.
+    QRegion m_cursorChange;
     QTimer* m_blinkTimer;
     QMenu* m_menu;
     LCDColorPicker* m_picker = nullptr;

@@ -1,7 +1,6 @@
+#include "PaintWatch.h"
 #include "ShownLcd.h"
 #include "TestEnvironment.h"
-
-#include <QPaintEvent>
 
 #include <climits>
 
@@ -9,20 +8,6 @@ namespace {
 
 const QRgb unpainted = qRgb(250, 250, 200);
 const QRgb cursorGrey = qRgb(128, 128, 128);
-
-/// Remembers what was painted of a widget.
-class PaintWatch : public QObject {
-public:
-    explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
-
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::Paint)
-            regions << static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-    QVector<QRegion> regions;
-};
 
 std::string oneLitPixel(int x, int y) {
     std::string bits(1920, '\0');
