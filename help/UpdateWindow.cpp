@@ -29,6 +29,9 @@ constexpr qint64 maxIndexSize = qint64{1} << 20;
 /// What a download may hold in memory before it reaches the file.
 constexpr qint64 downloadBuffer = qint64{1} << 20;
 
+/// Of the 400 that the dialog is wide, what the button beside it leaves.
+constexpr int statusWidth = 270;
+
 QString downloadFolder() {
     const QDir downloads(QDir::homePath() + QStringLiteral("/Downloads"));
     return downloads.exists() ? downloads.absolutePath()
@@ -72,6 +75,8 @@ void UpdateWindow::layOut() {
     m_statusLabel->setTextFormat(Qt::PlainText);
     // The path of a download may be longer than the screen is wide.
     m_statusLabel->setWordWrap(true);
+    // Or the room beside it would be shared out evenly.
+    m_statusLabel->setMinimumWidth(statusWidth);
     m_downloadButton->setEnabled(false);
     m_downloadButton->setAutoDefault(false);
 
@@ -106,8 +111,15 @@ void UpdateWindow::setFVLabel(const QString& status) {
                             paragraph.arg(status.toHtmlEscaped()));
 }
 
+void UpdateWindow::showStatus(const QString& status) {
+    m_statusLabel->setText(status);
+    // What the layout knows of the label is of the text before.
+    layout()->activate();
+    resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
+}
+
 void UpdateWindow::showServerError() {
-    m_statusLabel->setText(tr("Error accessing server. Please try later."));
+    showStatus(tr("Error accessing server. Please try later."));
     setFVLabel(QString());
 }
 
@@ -176,7 +188,7 @@ void UpdateWindow::downloadFV() {
 
 void UpdateWindow::downloadFile(QPushButton* button, const QString& fileName) {
     if (!release_index::staysInFolder(fileName.toStdString())) {
-        m_statusLabel->setText(tr("Could not complete download."));
+        showStatus(tr("Could not complete download."));
         return;
     }
     m_installerPath = m_downloadFolder + u'/' + fileName;
@@ -206,7 +218,7 @@ void UpdateWindow::startDownload(QPushButton* button, const QString& fileName) {
     m_reply = get(QUrl(m_baseUrl + QString::fromLatin1(QUrl::toPercentEncoding(fileName))));
     if (!m_reply) {
         m_output.reset();
-        m_statusLabel->setText(tr("Could not complete download."));
+        showStatus(tr("Could not complete download."));
         return;
     }
     m_reply->setReadBufferSize(downloadBuffer);
@@ -258,8 +270,8 @@ void UpdateWindow::manFinishDownload(QNetworkReply* reply) {
         return;
     m_manager.disconnect(this);
     const bool stored = reply->error() == QNetworkReply::NoError && storeDownload();
-    m_statusLabel->setText(stored ? tr("Stored in %1").arg(m_installerPath)
-                                  : tr("Could not complete download."));
+    showStatus(stored ? tr("Stored in %1").arg(m_installerPath)
+                      : tr("Could not complete download."));
     m_output.reset();
     m_progress->hide();
     reply->deleteLater();

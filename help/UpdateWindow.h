@@ -71,6 +71,7 @@ private:
     void startDownload(QPushButton* button, const QString& fileName);
     bool storeDownload();
     void offerInstallation();
+    void showStatus(const QString& status);
     void showServerError();
 
     bool m_installStarted = false;

@@ -3,19 +3,18 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 
 namespace {
 
-QString label(const UpdateWindow& window, Qt::TextFormat format) {
-    for (const QLabel* const label :
+QLabel* label(const UpdateWindow& window, Qt::TextFormat format) {
+    for (QLabel* const label :
          window.findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly)) {
         if (label->textFormat() == format)
-            return label->text();
+            return label;
     }
-    return QStringLiteral("no label");
+    qFatal("the window has lost a label");
 }
 
 } // namespace
@@ -70,10 +69,14 @@ QByteArray UpdateScene::index(const QByteArray& version, const QByteArray& fileN
 }
 
 QString UpdateScene::versionText(const UpdateWindow& window) {
-    return label(window, Qt::RichText);
+    return label(window, Qt::RichText)->text();
 }
 
 QString UpdateScene::statusText(const UpdateWindow& window) {
+    return statusLabel(window)->text();
+}
+
+QLabel* UpdateScene::statusLabel(const UpdateWindow& window) {
     return label(window, Qt::PlainText);
 }
 

@@ -3,6 +3,7 @@
 #include "HttpServer.h"
 #include "UpdateWindow.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QStringList>
 #include <QTimer>
@@ -44,6 +45,7 @@ public:
     static QByteArray index(const QByteArray& version, const QByteArray& fileName);
     static QString versionText(const UpdateWindow& window);
     static QString statusText(const UpdateWindow& window);
+    static QLabel* statusLabel(const UpdateWindow& window);
     static QPushButton* button(const UpdateWindow& window, const QString& text);
     static void clickDownload(const UpdateWindow& window);
 

@@ -390,6 +390,8 @@ private slots:
         QVERIFY(UpdateScene::statusText(*window).startsWith(QStringLiteral("Stored in ")));
         QCoreApplication::processEvents();
         QVERIFY2(window->width() <= 600, qPrintable(QString::number(window->width())));
+        const QLabel* const label = UpdateScene::statusLabel(*window);
+        QVERIFY(label->heightForWidth(label->width()) <= label->height());
     }
 
     void progressCountsInPartsOfEqualSize() {

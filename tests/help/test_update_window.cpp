@@ -2,6 +2,7 @@
 #include "TlsTrust.h"
 #include "UpdateScene.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -83,6 +84,35 @@ private slots:
                  qPrintable(UpdateScene::versionText(*window)));
         QCOMPARE(UpdateScene::statusText(*window), status);
         QCOMPARE(UpdateScene::button(*window, QStringLiteral("Download"))->isEnabled(), download);
+    }
+
+    void everyStatusIsSeenWhole_data() {
+        QTest::addColumn<QByteArray>("index");
+
+        QTest::newRow("nothing for us") << QByteArray();
+        QTest::newRow("a new version") << UpdateScene::index("2013.3", "a.dmg");
+    }
+
+    void everyStatusIsSeenWhole() {
+        QFETCH(QByteArray, index);
+        m_scene->server().answer(indexPath, index);
+        const auto window = m_scene->window();
+        window->show();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !UpdateScene::versionText(*window).contains(QStringLiteral("checking...")), patience);
+        if (!index.isEmpty()) {
+            m_scene->server().answer("/projects/7100/a.dmg", "installer");
+            UpdateScene::clickDownload(*window);
+        }
+        QCoreApplication::processEvents();
+        const QLabel* const label = UpdateScene::statusLabel(*window);
+        QVERIFY(!label->text().isEmpty());
+        QVERIFY2(label->heightForWidth(label->width()) <= label->height(),
+                 qPrintable(QStringLiteral("%1 wide, %2 high: %3")
+                                .arg(label->width())
+                                .arg(label->height())
+                                .arg(label->text())));
+        QCOMPARE(window->width(), 400);
     }
 
     void aSilentServerIsGivenUp() {
