@@ -685,6 +685,21 @@
         <source>Remake Connection</source>
         <translation>Verbindung wiederherstellen</translation>
     </message>
+    <message>
+        <source>Instrument</source>
+        <translation>Gerät</translation>
+    </message>
+    <message>
+        <source>Serial port</source>
+        <translation>Serieller Port</translation>
+    </message>
+</context>
+<context>
+    <name>NewsBrowser</name>
+    <message>
+        <source>News</source>
+        <translation>Neuigkeiten</translation>
+    </message>
 </context>
 <context>
     <name>PtyPort</name>
