@@ -26,16 +26,10 @@ const std::string typicalAddress("\xC0\xA8\x01\x07", 4);
 } // namespace
 
 /// What fails, how it is worded, and when it throws.
-class BonjourClientErrorsTest : public QObject {
+class BonjourClientErrorsTest : public ClientDialogueTest {
     Q_OBJECT
 
 private slots:
-    void init() { m = std::make_unique<ClientDialogue>(); }
-    void cleanup() {
-        m->close();
-        m.reset();
-    }
-
     void everyCodeHasItsText_data();
     void everyCodeHasItsText();
     void aBrowseThatCannotStart();
@@ -54,9 +48,6 @@ private slots:
     void slotsAreUsedAgain();
     void throwsOnlyForTheCallersOwnCalls();
     void nobodyIsToldWithoutAListener();
-
-private:
-    std::unique_ptr<ClientDialogue> m;
 };
 
 void BonjourClientErrorsTest::everyCodeHasItsText_data() {

@@ -14,16 +14,10 @@ Q_DECLARE_METATYPE(Deed)
 
 /// Clients that are cleared or destroyed with answers pending or in the middle of one. Mostly for
 /// the address sanitizer to judge: nothing may be touched after it is gone, nor be left behind.
-class BonjourClientLifetimeTest : public QObject {
+class BonjourClientLifetimeTest : public ClientDialogueTest {
     Q_OBJECT
 
 private slots:
-    void init() { m = std::make_unique<ClientDialogue>(); }
-    void cleanup() {
-        m->close();
-        m.reset();
-    }
-
     void clearWithRepliesPending();
     void destroyedWithRepliesPending();
     void aClearedClientStartsAfresh();
@@ -36,8 +30,6 @@ private slots:
 private:
     DNSServiceRef resolved(DNSServiceRef browse, int rrtype);
     void during(Deed deed);
-
-    std::unique_ptr<ClientDialogue> m;
 };
 
 /// A query for a record of `rrtype`, the answer to which is awaited.

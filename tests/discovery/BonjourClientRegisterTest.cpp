@@ -2,16 +2,10 @@
 #include "TestEnvironment.h"
 
 /// A client that announces services and confirms records.
-class BonjourClientRegisterTest : public QObject {
+class BonjourClientRegisterTest : public ClientDialogueTest {
     Q_OBJECT
 
 private slots:
-    void init() { m = std::make_unique<ClientDialogue>(); }
-    void cleanup() {
-        m->close();
-        m.reset();
-    }
-
     void announces_data();
     void announces();
     void aRegistrationLasts();
@@ -23,9 +17,6 @@ private slots:
     void refusesToConfirm_data();
     void refusesToConfirm();
     void aConfirmationThatFails();
-
-private:
-    std::unique_ptr<ClientDialogue> m;
 };
 
 void BonjourClientRegisterTest::announces_data() {

@@ -23,16 +23,10 @@ const QString portOf7100 = QString::number(htons(7100));
 } // namespace
 
 /// The road of a service: it appears, is resolved, its addresses are queried, it goes away.
-class BonjourClientTest : public QObject {
+class BonjourClientTest : public ClientDialogueTest {
     Q_OBJECT
 
 private slots:
-    void init() { m = std::make_unique<ClientDialogue>(); }
-    void cleanup() {
-        m->close();
-        m.reset();
-    }
-
     void aServiceIsReportedOnceAnAddress();
     void aServiceOnTwoInterfacesIsReportedForBoth();
     void aWithdrawnServiceIsReportedAtOnce();
@@ -47,9 +41,6 @@ private slots:
     void repeatedRepliesAreForNobody();
     void theLibrarysWarningIsSwitchedOff();
     void debugDoesNothing();
-
-private:
-    std::unique_ptr<ClientDialogue> m;
 };
 
 void BonjourClientTest::aServiceIsReportedOnceAnAddress() {

@@ -9,16 +9,10 @@
 #include <QSocketNotifier>
 
 /// The pieces that the client is made of, and the ones that stand beside it.
-class BonjourPartsTest : public QObject {
+class BonjourPartsTest : public ClientDialogueTest {
     Q_OBJECT
 
 private slots:
-    void init() { m = std::make_unique<ClientDialogue>(); }
-    void cleanup() {
-        m->close();
-        m.reset();
-    }
-
     void theTableHasOneHundredSlots();
     void aSlotIsFreedByIndexOrByReference();
     void indicesOutsideTheTableDoNothing();
@@ -38,8 +32,6 @@ private:
         m->library.start("an operation", &ref, {});
         return ref;
     }
-
-    std::unique_ptr<ClientDialogue> m;
 };
 
 void BonjourPartsTest::theTableHasOneHundredSlots() {

@@ -32,3 +32,18 @@ public:
     /// Destroys the client, unless that happened already; nothing may be left then.
     void close();
 };
+
+/// A test that has a dialogue of its own in every function.
+class ClientDialogueTest : public QObject {
+    Q_OBJECT
+
+protected:
+    std::unique_ptr<ClientDialogue> m;
+
+private slots:
+    void init() { m = std::make_unique<ClientDialogue>(); }
+    void cleanup() {
+        m->close();
+        m.reset();
+    }
+};
