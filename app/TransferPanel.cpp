@@ -74,6 +74,11 @@ void TransferPanel::sendFile(const QString& path) {
         tell(tr("%1 was not sent: %2").arg(name, reason), tr("Not sent"));
         return;
     }
+    // Opening a pipe would wait for whoever writes into it.
+    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+        tell(tr("%1: not an ordinary file").arg(name), tr("Not a file"));
+        return;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         tell(tr("%1: %2").arg(name, file.errorString()), file.errorString());

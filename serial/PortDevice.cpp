@@ -79,6 +79,9 @@ QString path(const QString& portName) {
 
 bool isForbidden(const QString& device) {
 #ifdef Q_OS_UNIX
+    // No name of a port, no device: a folder that this user may not write is none.
+    if (QFileInfo(device).isDir())
+        return false;
     return faccessat(AT_FDCWD, QFile::encodeName(device).constData(), R_OK | W_OK, AT_EACCESS) !=
                0 &&
            errno == EACCES;

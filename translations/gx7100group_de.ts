@@ -1191,6 +1191,14 @@ Um eines zu sehen, starten Sie GX7100Group, wählen Sie „Verbindung hinzufüge
         <source>Discard</source>
         <translation>Verwerfen</translation>
     </message>
+    <message>
+        <source>%1: not an ordinary file</source>
+        <translation>%1: keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>Not a file</source>
+        <translation>Keine Datei</translation>
+    </message>
 </context>
 <context>
     <name>TransferProgress</name>

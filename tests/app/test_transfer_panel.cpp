@@ -17,6 +17,8 @@
 #include <QProgressBar>
 #include <QToolButton>
 
+#include <sys/stat.h>
+
 class TestTransferPanel : public QObject {
     Q_OBJECT
 
@@ -228,6 +230,9 @@ void TestTransferPanel::filesThatCannotBeSent() {
     Scene scene(10);
     scene.panel()->sendFile(scene.path("missing"));
     QVERIFY2(scene.text().startsWith("missing: "), qPrintable(scene.text()));
+    QCOMPARE(mkfifo(qPrintable(scene.path("pipe")), 0600), 0);
+    scene.panel()->sendFile(scene.path("pipe"));
+    QCOMPARE(scene.text(), QString("pipe: not an ordinary file"));
     QFile large(scene.path("large"));
     QVERIFY(large.open(QIODevice::WriteOnly));
     QVERIFY(large.resize(66844681)); // one more than 65534 blocks of 1020 bytes

@@ -141,6 +141,8 @@ void PortDeviceTest::a_forbidden_port_is_told_in_one_line() {
 void PortDeviceTest::a_missing_port_is_told_nothing_about() {
     QCOMPARE(outputOfConnecting(QStringLiteral("/dev/no-such-port")), "");
     QVERIFY(!portdevice::isForbidden(QStringLiteral("/dev/no-such-port")));
+    // Nothing was chosen, as there was nothing to choose from.
+    QCOMPARE(outputOfConnecting(QString()), "");
 }
 
 void PortDeviceTest::lost_or_only_failed_data() {
