@@ -121,6 +121,8 @@ private slots:
         QTest::newRow("odd") << QSize(333, 221) << 0.0 << 0.0 << 7 << QSizeF(347, 235);
         QTest::newRow("inches") << QSize(480, 240) << 3.0 << 1.0 << 0 << QSizeF(288, 96);
         QTest::newRow("higher than wide") << QSize(480, 240) << 1.0 << 3.0 << 5 << QSizeF(106, 298);
+        QTest::newRow("centimetres: 7.62 x 2.54")
+            << QSize(480, 240) << 7.62 / 2.54 << 2.54 / 2.54 << 12 << QSizeF(312, 120);
     }
     void pages() {
         QFETCH(const QSize, widget);
@@ -130,8 +132,11 @@ private slots:
         QFETCH(const QSizeF, pixels);
         ShownLcd shown(widget);
         QVERIFY(shown.shows());
-        shown.lcd.capture({path(), width, height, false, border});
-        QVERIFY(isNear(pageSize(path()), pixels * pointsPerPixel));
+        for (const bool text : {true, false}) {
+            shown.lcd.setTextMode(text);
+            shown.lcd.capture({path(), width, height, false, border});
+            QVERIFY(isNear(pageSize(path()), pixels * pointsPerPixel));
+        }
     }
 
     void textIsRealText() {
@@ -183,6 +188,43 @@ private slots:
             QCOMPARE(page.pixel(page.width() - 1 - i, page.height() / 2), qRgb(255, 255, 255));
             QCOMPARE(page.pixel(page.width() / 2, i), qRgb(255, 255, 255));
             QCOMPARE(page.pixel(page.width() / 2, page.height() - 1 - i), qRgb(255, 255, 255));
+        }
+    }
+
+    void lettersStandWhereTheyStandOnTheTile_data() {
+        QTest::addColumn<char>("attribute");
+        QTest::newRow("normal") << '\0';
+        QTest::newRow("inverse") << '\1';
+    }
+    void lettersStandWhereTheyStandOnTheTile() {
+        QFETCH(const char, attribute);
+        ShownLcd shown;
+        ReferenceScreen screen;
+        std::mt19937 random(5);
+        for (int i = 0; i < 320; ++i)
+            screen.text += static_cast<char>(random() % 2 == 0 ? ' ' : '!' + random() % 94);
+        screen.attr.assign(320, attribute);
+        shown.set(screen);
+        shown.lcd.redraw(false);
+        QVERIFY(shown.shows());
+        const QImage tile = shown.picture();
+        shown.lcd.capture({path(), 0, 0, false, 0});
+        const QImage page = rendered(path());
+        const QRgb ground = attribute == '\0' ? qRgb(224, 224, 224) : qRgb(0, 0, 255);
+        for (int cell = 0; cell < 320; ++cell) {
+            // Wide letters reach beyond their cells, none beyond the middle of the next one.
+            const QRect middle(2 + static_cast<int>(cell % 40 * 11.9) + 4, 4 + cell / 40 * 59 / 2,
+                               5, 26);
+            const auto isInked = [&middle, ground](const QImage& image) {
+                for (int y = middle.top(); y <= middle.bottom(); ++y)
+                    for (int x = middle.left(); x <= middle.right(); ++x)
+                        if (image.pixel(x, y) != ground)
+                            return true;
+                return false;
+            };
+            const char letter = screen.text[static_cast<std::size_t>(cell)];
+            QVERIFY2(isInked(tile) == (letter != ' '), qPrintable(QString(QLatin1Char(letter))));
+            QVERIFY2(isInked(page) == (letter != ' '), qPrintable(QString(QLatin1Char(letter))));
         }
     }
 
