@@ -97,6 +97,7 @@ open_keys() {
 
 # cursor_shot FILE: the main window while the blinking cursor of the entry page, dark grey, shows.
 cursor_shot() {
+  xdotool mousemove 1279 899
   shot "$main" "$1"
   [ "$(convert "$1" -fill black +opaque '#808080' -fill white -opaque '#808080' \
     -format '%[fx:int(mean*w*h+0.5)]' info:)" -ge 20 ]
