@@ -17,6 +17,8 @@
 #include <QPointer>
 #include <QStyleOptionFocusRect>
 
+#include <algorithm>
+
 namespace {
 
 /// Room for the row of buttons below the display, and for the frame.
@@ -41,11 +43,11 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
       m_contextMenu(new QMenu(this)) {
     m_form->setupUi(this);
     LCD7100* display = m_form->theDisplay;
-    setMinimumSize(display->minimumWidth() + extraWidth, display->minimumHeight() + extraHeight);
     // The frame's colour is this widget's window text; the name must not turn red with it.
     m_form->nameLabel->setForegroundRole(QPalette::ButtonText);
     // However much there is to tell of a file transfer.
     m_form->nameLabel->setMinimumWidth(nameLetters * fontMetrics().averageCharWidth());
+    fitTheStrip();
     m_form->killBtn->setIcon(QIcon(QStringLiteral(":/buttons/images/button_cancel.png")));
     showConnectButton(QStringLiteral(":/buttons/images/Connect.png"), tr("Connect"));
 
@@ -69,6 +71,21 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
     connect(m_sendFile, &QAction::triggered, m_form->transferPanel, &TransferPanel::askForFile);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &ConnectionWidget::contextMenu);
+}
+
+/// Large letters need a higher strip, which must not cover the screen.
+void ConnectionWidget::fitTheStrip() {
+    const LCD7100* display = m_form->theDisplay;
+    m_form->nameLabel->setMinimumHeight(m_form->nameLabel->fontMetrics().height());
+    setMinimumSize(
+        display->minimumWidth() + extraWidth,
+        std::max(display->minimumHeight() + extraHeight, layout()->minimumSize().height()));
+}
+
+bool ConnectionWidget::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::FontChange)
+        fitTheStrip();
+    return QFrame::event(event);
 }
 
 void ConnectionWidget::addMenuEntry(const QString& text, const QString& statusTip,

@@ -47,6 +47,7 @@ public:
     bool IsConnected() const;
     void Disconnect();
     /// Whether keys that are typed now reach the instrument.
+    void fitTheStrip();
     bool receivesKeys() const;
     /// The instrument: its screen label, "@" and its host, or the host alone; empty until the first
     /// connection.
@@ -92,6 +93,7 @@ signals:
     void stopCommToAll();
 
 protected:
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 

@@ -17,6 +17,8 @@ private slots:
     void buttonsNeverTakeTheFocus();
     void nameText_data();
     void nameText();
+    void theStripHasRoomForItsLetters_data();
+    void theStripHasRoomForItsLetters();
     void namesArePlainText();
     void incomingChat_data();
     void incomingChat();
@@ -84,6 +86,29 @@ void TestConnectionWidget::nameText() {
     tile.widget->incomingPacket("\0\0\0\0CHATx"s);
     QCOMPARE(chat.size(), 1);
     QCOMPARE(chat[0][0].toString(), text);
+}
+
+void TestConnectionWidget::theStripHasRoomForItsLetters_data() {
+    QTest::addColumn<int>("percent");
+    for (const int percent : {100, 120, 200, 300})
+        QTest::addRow("%d %%", percent) << percent;
+}
+
+void TestConnectionWidget::theStripHasRoomForItsLetters() {
+    QFETCH(const int, percent);
+    Tile tile;
+    tile.give(Link::Open, QStringLiteral("Tank"), QStringLiteral("unit3"));
+    tile.widget->show();
+    QFont font = tile.widget->font();
+    font.setPointSizeF(font.pointSizeF() * percent / 100);
+    tile.widget->setFont(font);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    tile.widget->resize(tile.widget->minimumSize());
+    const QLabel* name = tile.name();
+    QVERIFY(name->height() >= name->fontMetrics().height());
+    QVERIFY(name->geometry().top() > tile.display()->geometry().bottom());
+    QVERIFY(tile.widget->contentsRect().contains(name->geometry()));
+    QVERIFY(tile.display()->height() >= tile.display()->minimumHeight());
 }
 
 void TestConnectionWidget::namesArePlainText() {
