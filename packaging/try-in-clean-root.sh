@@ -45,7 +45,16 @@ running=$(readlink -f "/proc/$program/exe")
 head -c 5 "$(dirname "$running")/../../../GX7100Group_UserGuide.pdf" | grep -q '%PDF-'
 xdotool windowfocus "$window" key ctrl+q
 wait "$program"
-echo "Started, has its guide, and ends."
+# In German, down to Qt's own texts.
+test -s /usr/share/qt6/translations/qtbase_de.qm
+LC_ALL=de_DE.UTF-8 GX7100Group &
+program=$!
+window=$(timeout 60 xdotool search --sync --onlyvisible --name '^GX7100Group 2.1$' | head -n 1)
+xdotool windowfocus "$window" key ctrl+c
+timeout 60 xdotool search --sync --onlyvisible --name '^Chat-Fenster$' >/dev/null
+xdotool windowfocus "$window" key ctrl+q
+wait "$program"
+echo "Started, has its guide, speaks German, and ends."
 EOF
 in_root sh /tmp/try.sh
 in_root dpkg --purge gx7100group >/dev/null 2>&1

@@ -43,7 +43,7 @@ QString Translations::choose(const QStringList& languages) {
     initResource();
     // Stops at English: who reads English first and German second gets English.
     for (const QString& language : languages) {
-        const QString name = base(language);
+        QString name = base(language);
         if (name == original || QFile::exists(fileOf(name)))
             return name;
     }
