@@ -74,28 +74,39 @@ void TransferPanel::sendFile(const QString& path) {
         tell(tr("%1 was not sent: %2").arg(name, reason), tr("Not sent"));
         return;
     }
+    const std::optional<QByteArray> contents = readFile(path, name);
+    if (!contents)
+        return;
+    m_note.clear();
+    m_progress.announce(name, contents->size());
+    m_link->slotTo(filePacket(*contents));
+    refresh();
+}
+
+/// All of a file, or nothing when it cannot be sent and the operator has been told why.
+std::optional<QByteArray> TransferPanel::readFile(const QString& path, const QString& name) {
     // Opening a pipe would wait for whoever writes into it.
     if (const QFileInfo info(path); info.exists() && !info.isFile()) {
         tell(tr("%1: not an ordinary file").arg(name), tr("Not a file"));
-        return;
+        return std::nullopt;
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        tell(tr("%1: %2").arg(name, file.errorString()), file.errorString());
-        return;
-    }
+    QByteArray contents;
     // One byte more than may be tells a file that is too large, whatever its size is said to be.
-    const QByteArray contents = file.read(XferClass::maxFileSize + 1);
+    if (file.open(QIODevice::ReadOnly))
+        contents = file.read(XferClass::maxFileSize + 1);
+    // What breaks off in the middle is not sent as if it were all.
+    if (file.error() != QFileDevice::NoError) {
+        tell(tr("%1: %2").arg(name, file.errorString()), file.errorString());
+        return std::nullopt;
+    }
     if (contents.size() > XferClass::maxFileSize) {
         tell(tr("%1: a file for an instrument has at most %2")
                  .arg(name, TransferProgress::sizeText(XferClass::maxFileSize)),
              tr("Too large"));
-        return;
+        return std::nullopt;
     }
-    m_note.clear();
-    m_progress.announce(name, contents.size());
-    m_link->slotTo(filePacket(contents));
-    refresh();
+    return contents;
 }
 
 void TransferPanel::tell(const QString& note, const QString& inShort) {

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 class ConnectGX7100Serial;
@@ -48,6 +49,7 @@ private:
     void takePacket(const std::string& packet);
     void linkClosed();
     void cancel();
+    std::optional<QByteArray> readFile(const QString& path, const QString& name);
     void tell(const QString& note, const QString& inShort);
     void askWhereToSave();
     void saveFirst(const QString& path);

@@ -233,6 +233,9 @@ void TestTransferPanel::filesThatCannotBeSent() {
     QCOMPARE(mkfifo(qPrintable(scene.path("pipe")), 0600), 0);
     scene.panel()->sendFile(scene.path("pipe"));
     QCOMPARE(scene.text(), QString("pipe: not an ordinary file"));
+    // A file, but one whose first byte cannot be read.
+    scene.panel()->sendFile("/proc/self/mem");
+    QVERIFY2(scene.text().startsWith("mem: "), qPrintable(scene.text()));
     QFile large(scene.path("large"));
     QVERIFY(large.open(QIODevice::WriteOnly));
     QVERIFY(large.resize(66844681)); // one more than 65534 blocks of 1020 bytes
