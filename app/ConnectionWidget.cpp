@@ -77,9 +77,9 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
 void ConnectionWidget::fitTheStrip() {
     const LCD7100* display = m_form->theDisplay;
     m_form->nameLabel->setMinimumHeight(m_form->nameLabel->fontMetrics().height());
-    setMinimumSize(
-        display->minimumWidth() + extraWidth,
-        std::max(display->minimumHeight() + extraHeight, layout()->minimumSize().height()));
+    const int contents = layout()->minimumSize().grownBy(contentsMargins()).height();
+    setMinimumSize(display->minimumWidth() + extraWidth,
+                   std::max(display->minimumHeight() + extraHeight, contents));
 }
 
 bool ConnectionWidget::event(QEvent* event) {
