@@ -31,7 +31,7 @@ public:
 
     /// What is taken from the instrument in one turn of the event loop, at most. One that floods us
     /// fills its own send buffer, not our memory, and everybody else has their turn as well.
-    static constexpr qint64 bytesPerTurn = qint64{16} << 10U;
+    static constexpr qint64 bytesPerTurn = qint64{64} << 10U;
 
     /// `parent` is the parent of the message boxes; `kind` and `model` say what the link leads to.
     ConnectGX7100Ethernet(QWidget* parent, std::string kind, std::string model,
