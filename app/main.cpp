@@ -1,6 +1,7 @@
 #include "ApplicationIcon.h"
 #include "GroupWindow.h"
 #include "Translations.h"
+#include "TurnPacer.h"
 
 #include <QApplication>
 
@@ -16,6 +17,7 @@ int main(int argc, char** argv) {
     // The desktop finds name and icon of a window by the name of its entry.
     QApplication::setDesktopFileName(QStringLiteral("com.vestra.GX7100Group"));
     const Translations translations;
+    const TurnPacer pacer;
     GroupWindow window;
     window.show();
     return QApplication::exec();

@@ -42,7 +42,8 @@ Instruments::~Instruments() {
     m_stop = true;
     m_thread.join();
     for (const Connection& connection : m_all)
-        close(connection.descriptor);
+        if (connection.descriptor >= 0)
+            close(connection.descriptor);
     close(m_listener);
 }
 
@@ -100,7 +101,7 @@ void Instruments::receive(Connection& connection, int index) {
     if (count <= 0) {
         // Never again: the program has ended.
         connection.due = std::numeric_limits<double>::infinity();
-        shutdown(connection.descriptor, SHUT_RDWR);
+        close(std::exchange(connection.descriptor, -1));
         return;
     }
     connection.mark = !connection.mark;

@@ -8,6 +8,7 @@
 #include "GroupWindow.h"
 #include "HelpLinks.h"
 #include "LCD7100.h"
+#include "TurnPacer.h"
 
 #include <QApplication>
 #include <QSettings>
@@ -49,6 +50,7 @@ int main(int argc, char** argv) {
     // A window that starts asks for news: here there is nobody to ask.
     newsSource.clear();
 
+    const TurnPacer pacer;
     GroupWindow window;
     window.move(0, 0);
     window.show();
