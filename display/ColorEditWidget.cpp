@@ -3,7 +3,6 @@
 #include <QColorDialog>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyleOptionFocusRect>
 
 ColorEditWidget::ColorEditWidget(QWidget* parent) : QWidget(parent) {
     setMinimumSize(160, 36);
@@ -43,10 +42,10 @@ void ColorEditWidget::keyPressEvent(QKeyEvent* event) {
 void ColorEditWidget::paintEvent(QPaintEvent* /*event*/) {
     if (!hasFocus())
         return;
+    // The ring of many styles tints what it surrounds, and here that is the colour to be judged.
+    constexpr int middle = 128;
+    const bool dark = palette().color(backgroundRole()).lightness() < middle;
     QPainter painter(this);
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    option.rect.adjust(2, 2, -2, -2);
-    option.backgroundColor = palette().color(backgroundRole());
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    painter.setPen(QPen(dark ? Qt::white : Qt::black, 1, Qt::DashLine));
+    painter.drawRect(rect().adjusted(3, 3, -4, -4));
 }

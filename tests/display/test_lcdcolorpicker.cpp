@@ -80,6 +80,36 @@ private slots:
         QCOMPARE(shownColor(sample), teal.rgb());
     }
 
+    void theFocusIsSeenAndTintsNothing_data() {
+        QTest::addColumn<QColor>("color");
+        QTest::addColumn<QColor>("ring");
+        QTest::newRow("light") << QColor(224, 224, 224) << QColor(Qt::black);
+        QTest::newRow("dark") << QColor(0, 0, 96) << QColor(Qt::white);
+        QTest::newRow("none") << QColor() << QColor(Qt::white);
+    }
+    void theFocusIsSeenAndTintsNothing() {
+        QFETCH(const QColor, color);
+        QFETCH(const QColor, ring);
+        ColorEditWidget sample;
+        sample.resize(100, 40);
+        sample.setColor(color);
+        sample.show();
+        sample.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&sample));
+        QVERIFY(sample.hasFocus());
+        const QImage image = sample.grab().toImage();
+        QCOMPARE(image.pixelColor(50, 20).rgb(), color.isValid() ? color.rgb() : qRgb(0, 0, 0));
+        const auto hasRing = [&ring](const QImage& shown) {
+            for (int x = 0; x < shown.width(); ++x)
+                if (shown.pixelColor(x, 3) == ring)
+                    return true;
+            return false;
+        };
+        QVERIFY(hasRing(image));
+        sample.clearFocus();
+        QVERIFY(!hasRing(sample.grab().toImage()));
+    }
+
     void aSampleIsEdited_data() {
         QTest::addColumn<int>("key");
         QTest::addColumn<bool>("accepted");
