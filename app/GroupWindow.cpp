@@ -174,6 +174,8 @@ void GroupWindow::newConnection() {
         return;
     addEmptyConnection(true);
     dialog.makeConnection(m_tiles.last());
+    // What is done next without a mouse is done to this one.
+    m_tileMenu->makeCurrent(m_tiles.last());
 }
 
 void GroupWindow::removalRequest(ConnectionWidget* tile) {

@@ -22,6 +22,8 @@ public:
 
     /// The tile that the entries act on; nothing when there is no tile.
     ConnectionWidget* current() const;
+    /// Has the entries act on `tile`, and gives it the keyboard focus.
+    void makeCurrent(ConnectionWidget* tile);
 
 public slots:
     /// Opens the menu of the current tile's screen.
@@ -30,7 +32,6 @@ public slots:
 private:
     QAction* command(const QString& text, const QString& statusTip, const QKeySequence& shortcut);
     void followFocus(QWidget* focused);
-    void makeCurrent(ConnectionWidget* tile);
     void step(qsizetype by);
     void toggleSendState();
     void fill();

@@ -50,6 +50,7 @@ private slots:
     void theRingMarksTheTile();
     void aTileIsChosenByItsNumber();
     void buttonsOfTheTile();
+    void aNewConnectionIsTheOneToWorkWith();
     void theTileMayGo();
     void noTiles();
     void theMenuOfTheScreen_data();
@@ -229,6 +230,13 @@ void TestTileMenu::buttonsOfTheTile() {
     QVERIFY(dialog.answered());
     choose(QStringLiteral("Remove this tile"));
     QCOMPARE(m_window->tiles().size(), 2);
+}
+
+void TestTileMenu::aNewConnectionIsTheOneToWorkWith() {
+    const ModalDialog<NewConnection> dialog([](NewConnection& shown) { shown.accept(); });
+    m_window->action(QStringLiteral("Add connection"))->trigger();
+    QVERIFY(dialog.answered());
+    QCOMPARE(menu().current(), tile(3));
 }
 
 void TestTileMenu::theTileMayGo() {
