@@ -5,6 +5,8 @@
 set -euo pipefail
 tree=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$tree/build/deb}
+# It is part of the package how readable its parts were.
+umask 022
 
 "$tree/tools/install-packages.sh"
 SOURCE_DATE_EPOCH=$(dpkg-parsechangelog -l "$tree/packaging/linux/changelog" -S Timestamp)
