@@ -7,7 +7,11 @@
 
 namespace {
 
-constexpr std::size_t smallestLimit = std::size_t{512} * 1024;
+/// Room for a dozen screens without a letter in common, or so.
+constexpr std::size_t smallestLimit = std::size_t{1024} * 1024;
+constexpr std::size_t limitInImages = 4;
+
+constexpr std::size_t blockPixels = 8192;
 /// Pixels to a side: smaller cells would reach further than into their neighbours.
 constexpr double smallestCell = 4;
 
@@ -74,27 +78,44 @@ CellAtlas::CellAtlas(const CellLook& look)
 std::size_t CellAtlas::limit() const {
     const auto width = static_cast<std::size_t>(m_look.imageSize.width());
     const auto height = static_cast<std::size_t>(m_look.imageSize.height());
-    return std::max(smallestLimit, width * height * sizeof(QRgb));
+    return std::max(smallestLimit, limitInImages * width * height * sizeof(QRgb));
 }
 
 std::size_t CellAtlas::bytes() const {
-    return m_pixels.capacity() * sizeof(QRgb) + m_entries.size() * entryBytes;
+    return m_blockBytes + m_entries.size() * entryBytes;
 }
 
 void CellAtlas::forget() {
     m_alone = {};
     m_groups = {};
     m_entries = {};
-    m_pixels = {};
+    m_blocks.clear();
+    m_free = nullptr;
+    m_freePixels = 0;
+    m_blockBytes = 0;
     m_anyReach = false;
     ++m_epoch;
 }
 
 CellAtlas::Index CellAtlas::add(const PreparedCell& prepared) {
-    m_entries.push_back({prepared.inked, m_pixels.size(), prepared.background, prepared.reach});
-    m_pixels.insert(m_pixels.end(), prepared.pixels.begin(), prepared.pixels.end());
+    m_entries.push_back(
+        {prepared.inked, keep(prepared.pixels), prepared.background, prepared.reach});
     m_anyReach = m_anyReach || prepared.reach != 0;
     return static_cast<Index>(m_entries.size() - 1);
+}
+
+const QRgb* CellAtlas::keep(const std::vector<QRgb>& pixels) {
+    if (pixels.size() > m_freePixels) {
+        m_freePixels = std::max(blockPixels, pixels.size());
+        m_blocks.push_back(std::make_unique_for_overwrite<QRgb[]>(m_freePixels));
+        m_free = m_blocks.back().get();
+        m_blockBytes += m_freePixels * sizeof(QRgb);
+    }
+    QRgb* const kept = m_free;
+    std::copy(pixels.begin(), pixels.end(), kept);
+    m_free += pixels.size();
+    m_freePixels -= pixels.size();
+    return kept;
 }
 
 CellAtlas::Session::Session(CellAtlas& atlas, QRgb* pixels)

@@ -18,7 +18,8 @@
 /// All screens of the same look share one, whatever thread they are painted in: everything but
 /// making and finding one goes through a Session, and there is one Session at a time. Memory is
 /// bounded: when limit() is exceeded, all is forgotten before the next session, so that there is
-/// never more than that and what one session adds, which is at most two images.
+/// never more than that and what one session adds, which is at most two images and an entry or two
+/// for each cell.
 class CellAtlas {
 public:
     using Index = quint32;
@@ -28,7 +29,8 @@ public:
     /// left corner of the cell's own pixels.
     struct Entry {
         QRect inked;
-        std::size_t firstPixel;
+        /// Those of `inked`, row by row.
+        const QRgb* pixels;
         QRgb background;
         unsigned char reach;
     };
@@ -67,6 +69,7 @@ private:
     std::size_t bytes() const;
     void forget();
     Index add(const PreparedCell& prepared);
+    const QRgb* keep(const std::vector<QRgb>& pixels);
 
     const CellLook m_look;
     const CellGrid m_grid;
@@ -74,7 +77,11 @@ private:
     QHash<quint32, Index> m_alone;
     QHash<Group, Index> m_groups;
     std::vector<Entry> m_entries;
-    std::vector<QRgb> m_pixels;
+    /// Pixels of entries, in blocks that stay where they are.
+    std::vector<std::unique_ptr<QRgb[]>> m_blocks;
+    QRgb* m_free = nullptr;
+    std::size_t m_freePixels = 0;
+    std::size_t m_blockBytes = 0;
     quint64 m_epoch = 0;
     bool m_anyReach = false;
 };
@@ -104,9 +111,6 @@ public:
     std::size_t bytes() const { return m_atlas.bytes(); }
 
     const Entry& entry(Index index) const { return m_atlas.m_entries[index]; }
-    const QRgb* pixels(const Entry& entry) const {
-        return m_atlas.m_pixels.data() + entry.firstPixel;
-    }
 
 private:
     CellPreparer& preparer();

@@ -192,7 +192,7 @@ void ScreenCanvas::paintCell(const CellAtlas::Session& session, const QRect& own
     else
         fillAround(inked, entry.inked, own.topLeft(), entry.background);
 
-    const QRgb* source = session.pixels(entry);
+    const QRgb* source = entry.pixels;
     const auto width = static_cast<std::size_t>(entry.inked.width());
     QRgb* line = pixel(own.topLeft() + entry.inked.topLeft());
     for (int y = 0; y < entry.inked.height(); ++y, line += m_size.width(), source += width)

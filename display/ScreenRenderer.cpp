@@ -12,15 +12,15 @@ ScreenRenderer::~ScreenRenderer() = default;
 
 ScreenRenderer::Rendering ScreenRenderer::render(const TextScreen& screen, const QSize& size,
                                                  const std::atomic<bool>& restart) {
-    CellLook look = screen.look(size);
+    if (CellLook look = screen.look(size); look != m_look) {
+        m_atlas = CellAtlas::suits(look) ? CellAtlas::shared(look) : nullptr;
+        m_look = std::move(look);
+        m_lastCells.clear();
+    }
     std::vector<CellCode> cells = screen.cells();
-    if (look == m_lastLook && cells == m_lastCells)
+    if (cells == m_lastCells)
         return {m_lastImage, {}};
 
-    if (m_look != look) {
-        m_look = look;
-        m_atlas = CellAtlas::suits(look) ? CellAtlas::shared(look) : nullptr;
-    }
     Rendering rendering;
     if (m_atlas) {
         rendering = paintKept(cells, restart);
@@ -30,7 +30,6 @@ ScreenRenderer::Rendering ScreenRenderer::render(const TextScreen& screen, const
     }
     if (!rendering.image.isNull()) {
         m_lastImage = rendering.image;
-        m_lastLook = std::move(look);
         m_lastCells = std::move(cells);
     }
     return rendering;

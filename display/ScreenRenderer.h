@@ -42,7 +42,7 @@ private:
     CellLook m_look;
 
     QImage m_lastImage;
-    CellLook m_lastLook;
+    /// Those of the last image; none when they would look different now.
     std::vector<CellCode> m_lastCells;
     ScreenCanvas::Shown m_lastShown;
 };

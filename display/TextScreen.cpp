@@ -22,11 +22,14 @@ std::vector<CellCode> TextScreen::cells() const {
     };
     std::vector<CellCode> cells(count);
     const char* const codes = text.constData();
-    for (std::size_t i = 0; i < within(text); ++i)
-        cells[i] = CellCode::of(codes[i], 0);
     const char* const attributes = attr.constData();
-    for (std::size_t i = 0; i < within(attr); ++i)
-        cells[i] = CellCode::of(static_cast<char>(cells[i].code), attributes[i]);
+    const std::size_t both = std::min(within(text), within(attr));
+    for (std::size_t i = 0; i < both; ++i)
+        cells[i] = CellCode::of(codes[i], attributes[i]);
+    for (std::size_t i = both; i < within(text); ++i)
+        cells[i] = CellCode::of(codes[i], 0);
+    for (std::size_t i = both; i < within(attr); ++i)
+        cells[i] = CellCode::of(0, attributes[i]);
     return cells;
 }
 

@@ -3,6 +3,7 @@
 #include "ThreadAnnotations.h"
 
 #include <QMutexLocker>
+#include <QSemaphore>
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +19,13 @@ QSize withinLimits(const QSize& size) {
                   std::sqrt(text_renderthread::maxPixels / (width * height))});
     return {std::max(1, static_cast<int>(width * scale)),
             std::max(1, static_cast<int>(height * scale))};
+}
+
+/// How many threads may paint at a time: one processor stays free for the windows, however many
+/// screens are resized at once.
+QSemaphore& brushes() {
+    static QSemaphore all(std::max(1, QThread::idealThreadCount() - 1));
+    return all;
 }
 
 } // namespace
@@ -122,6 +130,8 @@ ScreenRenderer::Rendering text_renderthread::render(ScreenRenderer& renderer, Re
         if (m_screen.columns == request.screen.columns && m_screen.rows == request.screen.rows)
             m_screen.sizing = request.screen.sizing;
     }
+    brushes().acquire();
+    const QSemaphoreReleaser brush(brushes());
     return renderer.render(request.screen, size, m_restart);
 }
 
