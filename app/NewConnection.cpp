@@ -30,9 +30,6 @@ NewConnection::NewConnection(QWidget* parent)
     m_form->setupUi(this);
     // First: the service takes its time for the answer, and looking for ports takes some too.
     m_form->etherList->start(QStringLiteral("_gx7100._tcp"), QStringLiteral("local."));
-    // The list's new line stands behind all the others: Shift+Tab from the first control led to it,
-    // past the buttons.
-    setTabOrder(m_form->etherList, m_form->etherList->lineEdit());
     m_form->serialPorts->clear();
     for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts())
         m_form->serialPorts->addItem(port.portName());
