@@ -22,6 +22,16 @@ bool HostProgram::isOnOneOfTwo() {
     return qEnvironmentVariableIsSet("GX_OTHER_HOST");
 }
 
+void HostProgram::awaitQuiet() {
+    const auto isQuiet = [] {
+        QProcess cache;
+        cache.start("avahi-browse", {"--parsable", "--cache", "_gx7100._tcp"});
+        return cache.waitForFinished(limit) && cache.exitCode() == 0 &&
+               cache.readAllStandardOutput().isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isQuiet(), limit);
+}
+
 void HostProgram::start(const QString& program, const QStringList& arguments, QStringList lines) {
     QStringList command = m_prefix + QStringList{program} + arguments;
     m_process.setProcessChannelMode(QProcess::MergedChannels);

@@ -16,6 +16,9 @@ public:
 
     /// Whether this program runs on one of two hosts.
     static bool isOnOneOfTwo();
+    /// Waits until this host has forgotten what was announced. A service that goes while it is
+    /// being resolved stays listed when its address is found all the same.
+    static void awaitQuiet();
 
     /// Starts `program` and waits until it has written `lines`, in any order among others.
     void start(const QString& program, const QStringList& arguments, QStringList lines);

@@ -83,6 +83,7 @@ class TwoHostsDialogTest : public QObject {
 
 private slots:
     void initTestCase();
+    void init() { HostProgram::awaitQuiet(); }
     void anInstrumentIsListedConnectedAndMirrored();
     void aLostInstrumentIsRemadeByName();
     void theOpenDialogFollowsTheNetwork();

@@ -30,6 +30,7 @@ class TwoHostsTest : public QObject {
 
 private slots:
     void initTestCase();
+    void init() { HostProgram::awaitQuiet(); }
     void anInstrumentAppears();
     void anInstrumentGoesAndComesBack();
     void namesAreListedAsAnnounced();
