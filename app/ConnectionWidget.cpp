@@ -155,6 +155,10 @@ void ConnectionWidget::Disconnect() {
         setSendState(false);
 }
 
+bool ConnectionWidget::hasUnsavedFiles() const {
+    return m_form->transferPanel->hasUnsavedFiles();
+}
+
 void ConnectionWidget::setSendState(bool on) {
     m_sendState = on;
     announceState();

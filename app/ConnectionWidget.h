@@ -47,8 +47,9 @@ public:
     bool IsConnected() const;
     void Disconnect();
     /// Whether keys that are typed now reach the instrument.
-    void fitTheStrip();
     bool receivesKeys() const;
+    /// Whether files of the instrument wait to be saved; they go with the tile.
+    bool hasUnsavedFiles() const;
     /// The instrument: its screen label, "@" and its host, or the host alone; empty until the first
     /// connection.
     QString nameText() const;
@@ -101,6 +102,7 @@ private:
     void addMenuEntry(const QString& text, const QString& statusTip,
                       void (ConnectionWidget::*signal)());
     void updateContextMenu();
+    void fitTheStrip();
     void drawFocusRing(bool on);
     void announceState();
     void dropLink();

@@ -179,7 +179,7 @@ void GroupWindow::newConnection() {
 }
 
 void GroupWindow::removalRequest(ConnectionWidget* tile) {
-    if (!m_tiles.removeOne(tile))
+    if (!m_tiles.contains(tile) || !mayLoseFiles({tile}) || !m_tiles.removeOne(tile))
         return;
     disconnect(tile);
     tile->disconnect(this);
@@ -384,6 +384,9 @@ void GroupWindow::showModState(bool shift, bool ctrl) {
 }
 
 bool GroupWindow::mayClose() {
+    // Asked first: whoever wants to save them does so with the lines still open.
+    if (!mayLoseFiles(m_tiles))
+        return false;
     const auto connected = [](const ConnectionWidget* tile) { return tile->IsConnected(); };
     if (std::ranges::none_of(m_tiles, connected))
         return true;
@@ -396,4 +399,21 @@ bool GroupWindow::mayClose() {
         if (tile->IsConnected())
             tile->Disconnect();
     return true;
+}
+
+bool GroupWindow::mayLoseFiles(const QList<ConnectionWidget*>& tiles) {
+    QStringList origins;
+    for (const ConnectionWidget* tile : tiles)
+        if (tile->hasUnsavedFiles())
+            origins << tile->nameText();
+    if (origins.isEmpty())
+        return true;
+    QMessageBox box(QMessageBox::Warning, QApplication::applicationName(),
+                    tr("Files that have arrived are not saved yet:\n%1\nThrow them away?")
+                        .arg(origins.join(QLatin1Char('\n'))),
+                    QMessageBox::Discard | QMessageBox::Cancel, this);
+    // A name may look like markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::Cancel);
+    return box.exec() == QMessageBox::Discard;
 }

@@ -33,7 +33,8 @@ public:
 public slots:
     /// Asks for an instrument and connects a new tile to it.
     void newConnection();
-    /// Deletes one of the window's tiles and re-lays the others.
+    /// Deletes one of the window's tiles and re-lays the others. Asks first when files that came
+    /// from its instrument would be lost with it.
     void removalRequest(ConnectionWidget* tile);
     /// Re-lays the tiles and resizes the window to their number a moment later.
     void rebuild();
@@ -86,6 +87,7 @@ private:
     bool takeModifierKey(const QKeyEvent& event);
     void showModState(bool shift, bool ctrl);
     bool mayClose();
+    bool mayLoseFiles(const QList<ConnectionWidget*>& tiles);
 
     std::unique_ptr<Ui_GroupWindow> m_form;
     HelpGroup* m_help;

@@ -35,6 +35,8 @@ public:
 
     /// Whether a file may be sent now: the link is open and no other file is on its way.
     bool canSend() const;
+    /// Whether files have arrived that were neither saved nor thrown away.
+    bool hasUnsavedFiles() const { return !m_unsaved.isEmpty(); }
     /// Asks the operator for a file and sends it.
     void askForFile();
     /// Announces a file to the instrument, which then asks for it.

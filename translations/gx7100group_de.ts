@@ -380,6 +380,14 @@
         <source>Show the version of this program</source>
         <translation>Die Version dieses Programms zeigen</translation>
     </message>
+    <message>
+        <source>Files that have arrived are not saved yet:
+%1
+Throw them away?</source>
+        <translation>Eingetroffene Dateien sind noch nicht gespeichert:
+%1
+Sollen sie verworfen werden?</translation>
+    </message>
 </context>
 <context>
     <name>HelpGroup</name>
