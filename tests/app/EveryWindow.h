@@ -8,9 +8,11 @@
 #include "LCDColorPicker.h"
 #include "NewConnection.h"
 #include "NewsBrowser.h"
+#include "TransferPanel.h"
 #include "UpdateWindow.h"
 #include "WindowUnderTest.h"
 
+#include <QAbstractButton>
 #include <QSettings>
 
 #include <functional>
@@ -61,6 +63,19 @@ private:
     FakeLink* m_link = nullptr;
 };
 
+/// The strip of a file transfer, with all that it can ever show.
+class ShownStrip : public ShownWindow {
+public:
+    ShownStrip() {
+        for (auto* button : m_strip.findChildren<QAbstractButton*>())
+            button->show();
+    }
+    QWidget& widget() override { return m_strip; }
+
+private:
+    TransferPanel m_strip;
+};
+
 struct NamedWindow {
     const char* name;
     std::function<std::unique_ptr<ShownWindow>()> make;
@@ -84,6 +99,7 @@ inline QList<NamedWindow> everyWindow(QSettings* settings) {
              return plain(
                  new Shown<UpdateWindow>(QStringLiteral("ftp://"), QString(), QString(), nullptr));
          }},
+        {"file transfer", [] { return std::make_unique<ShownStrip>(); }},
         {"news", [=] { return plain(new Shown<NewsBrowser>); }},
     };
 }

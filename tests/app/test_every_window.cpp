@@ -141,7 +141,7 @@ private slots:
     void mnemonicsAreUnique();
     void tabVisitsAllAsTheyAreRead_data() {
         // In the main window Tab is typed for the instruments, and the news are one text.
-        windows({"group window", "news"});
+        windows({"group window", "file transfer", "news"});
     }
     void tabVisitsAllAsTheyAreRead();
 

@@ -96,6 +96,10 @@ void TestTileMenu::standsBetweenTheOthers() {
 }
 
 void TestTileMenu::entries() {
+    const auto* send = m_window->action(QStringLiteral("Send keys to this tile"));
+    emit menu().aboutToShow();
+    QVERIFY(!send->isEnabled());
+    emit menu().aboutToHide();
     Window::connectTile(tile(1));
     tile(1)->setSendState(true);
     const QStringList tiles{QStringLiteral("-"),
