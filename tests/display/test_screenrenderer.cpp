@@ -300,12 +300,17 @@ private slots:
         const QSize size(480, 240);
         ScreenRenderer renderer;
         ReferenceScreen screen = ReferencePainter::randomScreen(22);
-        for (int i = 0; i < 4; ++i) {
+        // The last image, which the renderer has as well, and one that nobody else has any more.
+        QImage before;
+        for (int i = 0; i < 12; ++i) {
             QImage image = rendered(renderer, screen, size);
+            before.fill(Qt::yellow);
+            before = image;
             image.fill(Qt::green);
-            image = {};
-            screen.text[5] = static_cast<char>('a' + i);
+            // Letters seen before: those that are new have all painted anew.
+            screen.text[5] = "abc"[i % 3];
         }
+        before = {};
         QCOMPARE(rendered(renderer, screen, size), ReferencePainter::paint(screen, size));
     }
 
