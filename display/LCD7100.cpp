@@ -96,9 +96,10 @@ void LCD7100::setSize(int columns, int rows, int pixelWidth, int pixelHeight) {
     m_graphHeight = std::clamp(pixelHeight, 1, maxGraphSide);
     m_graphBits.fill(0, GraphImage7100::packedSize(m_graphWidth, m_graphHeight));
     m_graphIsPacked = false;
-    m_graphWaits = false;
-    m_graphics = QImage(m_graphWidth, m_graphHeight, QImage::Format_RGB32);
-    m_graphics.fill(backColor());
+    // Most screens never show a picture; until one does there is none.
+    m_graphColors = m_colors;
+    m_graphWaits = true;
+    m_graphics = QImage();
 }
 
 void LCD7100::setTextWait(const char* codes) {

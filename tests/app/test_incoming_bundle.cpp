@@ -44,8 +44,7 @@ struct Tile {
     Tile() {
         widget.show();
         // However high the row of buttons is here, the display is to have whole cells.
-        widget.setMinimumHeight(0);
-        widget.resize(widget.width(), widget.height() - display().height() + 120);
+        display().setFixedSize(240, 120);
         widget.incomingPacket(bundle(fullOf('A')));
         QTRY_VERIFY_WITH_TIMEOUT(isFull(image()), patience);
     }
