@@ -95,6 +95,9 @@ bool BonjourBox::getIP(std::string& ip, int* scope, int* port) {
         m_lastRowLabel = currentText();
         setItemText(currentIndex(), m_lastRowLabel);
         ip = m_lastRowLabel.toStdString();
+    } else if (isTyping()) {
+        // The text is ignored, so nobody must take it for what was asked for.
+        setEditText(itemText(currentIndex()));
     }
     if (scope != nullptr)
         *scope = currentData(scopeRole).toInt();

@@ -135,6 +135,7 @@ void BonjourBoxInputTest::typedIntoAnInstrumentsRowIsIgnored() {
     found(*m_box, "unit3", "10.0.0.3");
     QCOMPARE(edit().text(), QStringLiteral("192.168.1.9"));
     QCOMPARE(askedFor(*m_box), QStringLiteral("10.0.0.2 0 48155"));
+    QCOMPARE(m_box->currentText(), QStringLiteral("unit2"));
     QCOMPARE(textsOf(*m_box), (QStringList{"unit1", "unit2", "unit3", "---", "Other..."}));
 }
 
