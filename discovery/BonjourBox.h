@@ -60,8 +60,8 @@ public:
 
     /// What to connect to: the current instrument's address, scope (interface index) and announced
     /// port, or what was typed into the last row, with scope 0 and port 7100. Typed text becomes
-    /// that row's label; over an instrument's row it is ignored, and its name shown again. False when
-    /// no row is current; nothing is changed then.
+    /// that row's label; over an instrument's row it is ignored, and its name shown again. False
+    /// when no row is current; nothing is changed then.
     bool getIP(std::string& ip, int* scope, int* port);
 
     /// The host name of the current instrument; false when there is none.
