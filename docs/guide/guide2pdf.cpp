@@ -12,7 +12,6 @@
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -186,17 +185,14 @@ void draw(QTextDocument& document, QPdfWriter& writer, const QString& title, con
     }
 }
 
-/// Puts the given date in place of the present one, and a fixed identity in place of chance.
+/// Puts the given date in place of the present one. The length stays: places in the file are
+/// counted in bytes.
 QByteArray madeReproducible(QByteArray pdf, const QDateTime& date) {
     const QByteArray stamp = date.toUTC().toString(QStringLiteral("yyyyMMddhhmmss")).toLatin1();
-    const QRegularExpression created(QStringLiteral("\\(D:\\d{14}[^)]*\\)"));
-    const QString text = QString::fromLatin1(pdf);
-    const auto found = created.match(text);
-    if (found.hasMatch()) {
-        QByteArray fixed = "(D:" + stamp + "+00'00'";
-        fixed = fixed.leftJustified(found.capturedLength() - 1, ' ') + ')';
-        pdf.replace(found.capturedStart(), found.capturedLength(), fixed);
-    }
+    const QByteArray key = "/CreationDate (D:";
+    const qsizetype start = pdf.indexOf(key);
+    if (start >= 0)
+        pdf.replace(start + key.size(), stamp.size(), stamp);
     return pdf;
 }
 
@@ -204,6 +200,8 @@ QByteArray madeReproducible(QByteArray pdf, const QDateTime& date) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The zone of the date is written into the file.
+    qputenv("TZ", "UTC");
     // The order of fonts in the file comes out of a hash.
     QHashSeed::setDeterministicGlobalSeed();
     const QGuiApplication application(argc, argv);

@@ -53,6 +53,12 @@ guide=$(readlink -f "$(dirname "$program")/../../../GX7100Group_UserGuide.pdf")
 pictures=$(grep -c '!\[' "$source/docs/guide/user-guide.md" || true)
 [ "$(pdfimages -list "$guide" | grep -c ' image ')" -ge "$pictures" ] ||
   fail "the guide lacks pictures"
+date=$(pdfinfo -isodates "$guide" | sed -n 's/^CreationDate: *//p')
+for zone in UTC Pacific/Kiritimati; do
+  TZ=$zone "$build/bin/guide2pdf" "$source/docs/guide/user-guide.md" "$work/guide.pdf" "$date" \
+    2>/dev/null
+  cmp "$guide" "$work/guide.pdf" || fail "the guide is another one in $zone"
+done
 "$source/tests/support/with-display.sh" "$source/tests/packaging/open-guide.sh" "$root" \
   "$work/guide" || fail "the guide does not open from the menu"
 
