@@ -87,7 +87,7 @@ void compareTiles(const Display& display, const Home& home) {
                    std::to_string(costs.threads), fixed(percentile(costs.latencies, 0.5), 1),
                    fixed(percentile(costs.latencies, 0.99), 1)});
     }
-    std::puts("### Tiles of 240 x 120 in one window, ten updates a second each");
+    std::puts("### Tiles with screens of 240 x 125 in one window, ten updates a second each");
     table.print();
     std::printf("From 4 to 256 tiles the cost of an update changes by %+.0f %%.\n\n", growth);
 }
