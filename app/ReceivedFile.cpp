@@ -1,8 +1,9 @@
 #include "ReceivedFile.h"
 
+#include "WholeFile.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace receivedfile {
 
@@ -28,11 +29,7 @@ QString save(const QString& path, const QByteArray& contents) {
     const QFileInfo existing(path);
     if (existing.exists() && !existing.isFile())
         return QCoreApplication::translate("receivedfile", "not an ordinary file");
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
-        !file.commit())
-        return file.errorString();
-    return {};
+    return wholefile::write(path, contents);
 }
 
 } // namespace receivedfile

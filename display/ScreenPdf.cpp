@@ -1,8 +1,9 @@
 #include "ScreenPdf.h"
 
+#include "WholeFile.h"
+
 #include <QPainter>
 #include <QPrinter>
-#include <QSaveFile>
 #include <QTemporaryFile>
 
 #include <algorithm>
@@ -68,7 +69,5 @@ bool screenpdf::write(const CaptureInfo& info, const QSize& widgetSize,
     const QByteArray bytes = document(info, widgetSize, paint);
     if (bytes.isEmpty())
         return false;
-    // Takes the place of an older file only when it is complete.
-    QSaveFile file(info.fileName);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    return wholefile::write(info.fileName, bytes).isEmpty();
 }

@@ -1,11 +1,11 @@
 #include "NewsUpdater.h"
 
 #include "NameLookup.h"
+#include "WholeFile.h"
 
 #include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QSaveFile>
 #include <QTimer>
 
 namespace {
@@ -15,13 +15,6 @@ constexpr qint64 maxPageSize = qint64{4} << 20;
 
 /// What every real news page holds, and an error page of some server between does not.
 constexpr auto mark = "GX-7100";
-
-bool store(const QString& path, const QByteArray& page) {
-    QSaveFile file(path);
-    // Flushed by hand: closing, which commit() does, forgets that what was buffered did not fit.
-    return file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.flush() &&
-           file.commit();
-}
 
 } // namespace
 
@@ -68,7 +61,7 @@ void NewsUpdater::handleNetworkData(QNetworkReply* reply) {
         const QByteArray page = reply->readAll();
         // The size is the only test: a page edited to exactly the old size counts as the old one.
         if (QFileInfo(m_localFile).size() != page.size() && page.contains(mark))
-            m_changed = store(m_localFile, page);
+            m_changed = wholefile::write(m_localFile, page).isEmpty();
     }
     reply->deleteLater();
     exit(0);
