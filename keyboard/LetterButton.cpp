@@ -48,7 +48,8 @@ void LetterButton::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton || event->button() == Qt::RightButton) {
         emit clicked(this);
     }
-    m_mouseDown = event->button() == Qt::LeftButton;
+    // Not forgotten for another button: the release of the left one is no press by keyboard.
+    m_mouseDown = m_mouseDown || event->button() == Qt::LeftButton;
     QToolButton::mousePressEvent(event);
 }
 

@@ -60,6 +60,7 @@ private slots:
     void sendsWhenPressedNotWhenReleased();
     void sendsOnceForEachPressOfADoubleClick();
     void sendsForTheRightButtonButNotTheMiddle();
+    void sendsOnceAPressWithBothButtons();
     void sendsWhenWorkedWithoutAMouse();
     void rightButtonOpensNoMenu();
     void togglesStayDown();
@@ -132,6 +133,16 @@ void KeyboardTest::sendsForTheRightButtonButNotTheMiddle() {
     QCOMPARE(pad.takeCodes(), Codes{27});
     QTest::mouseClick(pad.key("k_escape"), Qt::MiddleButton);
     QCOMPARE(pad.takeCodes(), Codes{});
+}
+
+void KeyboardTest::sendsOnceAPressWithBothButtons() {
+    Pad pad;
+    QToolButton* const key = pad.key("k_escape");
+    QTest::mousePress(key, Qt::LeftButton);
+    QTest::mousePress(key, Qt::RightButton);
+    QTest::mouseRelease(key, Qt::RightButton);
+    QTest::mouseRelease(key, Qt::LeftButton);
+    QCOMPARE(pad.takeCodes(), (Codes{27, 27}));
 }
 
 void KeyboardTest::sendsWhenWorkedWithoutAMouse() {
