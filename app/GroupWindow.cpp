@@ -133,7 +133,11 @@ void GroupWindow::createMenus() {
 void GroupWindow::menuClosed() {
     // While the menu was open it alone was told of keys.
     const Qt::KeyboardModifiers held = QGuiApplication::queryKeyboardModifiers();
-    showModState(held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::MetaModifier));
+    const bool shift = held.testFlag(Qt::ShiftModifier);
+    const bool ctrl = held.testFlag(Qt::MetaModifier);
+    // What the operator switched on in the keypad stays on where nothing was let go.
+    if (m_modifierLabel->text() != modifierText(shift, ctrl))
+        showModState(shift, ctrl);
     if (!m_form->menuBar->hasFocus() || QApplication::activePopupWidget())
         return;
     if (ConnectionWidget* tile = m_tileMenu->current())
@@ -377,8 +381,12 @@ bool GroupWindow::takeModifierKey(const QKeyEvent& event) {
     return true;
 }
 
+QString GroupWindow::modifierText(bool shift, bool ctrl) {
+    return (shift ? tr("Shift ") : QString()) + (ctrl ? tr(" Ctrl") : QString());
+}
+
 void GroupWindow::showModState(bool shift, bool ctrl) {
-    m_modifierLabel->setText((shift ? tr("Shift ") : QString()) + (ctrl ? tr(" Ctrl") : QString()));
+    m_modifierLabel->setText(modifierText(shift, ctrl));
     if (m_keyboard)
         m_keyboard->showModState(shift, ctrl);
 }

@@ -85,6 +85,7 @@ private:
     void place(ConnectionWidget* tile, int index);
     void resizeTo(const QRect& target);
     bool takeModifierKey(const QKeyEvent& event);
+    static QString modifierText(bool shift, bool ctrl);
     void showModState(bool shift, bool ctrl);
     bool mayClose();
     bool mayLoseFiles(const QList<ConnectionWidget*>& tiles);

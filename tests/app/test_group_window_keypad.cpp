@@ -6,6 +6,8 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTimer>
@@ -41,6 +43,7 @@ private slots:
     void typedInThePaletteReachesTheInstrument_data();
     void typedInThePaletteReachesTheInstrument();
     void modifiersAreMirrored();
+    void aMenuLeavesTheKeysOfThePaletteAsTheyAre();
     void modifiersTypedInThePaletteAreMirrored();
     void shortcutsWorkInThePalette();
     void withoutPaletteModifiersDoNoHarm();
@@ -188,6 +191,23 @@ void TestGroupWindowKeypad::modifiersAreMirrored() {
     QVERIFY(shows(false, true, "@"));
     type(QEvent::KeyRelease, Qt::Key_Meta, Qt::MetaModifier);
     QVERIFY(shows(false, false, "2"));
+}
+
+void TestGroupWindowKeypad::aMenuLeavesTheKeysOfThePaletteAsTheyAre() {
+    // Without a keyboard the system believes that held which the last key typed was typed with.
+    QTest::keyClick(window().windowHandle(), Qt::Key_F12);
+    m_person->trigger(QStringLiteral("Keyboard"));
+    key("shiftKey")->click();
+    QVERIFY(key("shiftKey")->isChecked());
+    auto* const file = window().menuBar()->actions().first()->menu();
+    const QSignalSpy closed(file, &QMenu::aboutToHide);
+    file->popup(window().pos());
+    file->close();
+    QCOMPARE(closed.size(), 1);
+    // What a menu leaves to do is done when the event loop comes to it.
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(key("shiftKey")->isChecked());
+    QCOMPARE(key("k_2")->text(), QStringLiteral("@"));
 }
 
 void TestGroupWindowKeypad::modifiersTypedInThePaletteAreMirrored() {
