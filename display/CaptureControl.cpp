@@ -85,7 +85,9 @@ void CaptureControl::setParams(QByteArray bytes) {
     check(m_form->incrementBox, params.incrementChecked);
     count(m_form->incVal, params.counter);
     write(m_form->nameEditg, params.fileName);
-    write(m_form->dirLabel, params.directory);
+    // Anywhere else would be wherever the program was started.
+    if (params.directory && QDir::isAbsolutePath(*params.directory))
+        m_form->dirLabel->setText(asDirectory(*params.directory));
     count(m_form->borderBox, params.border);
     check(m_form->borderCheck, params.borderChecked);
     if (params.units && *params.units >= 0 && *params.units < m_form->unitsBox->count())

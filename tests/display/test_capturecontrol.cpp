@@ -406,6 +406,25 @@ private slots:
         QVERIFY(dialog.control.screen()->availableGeometry().contains(dialog.control.geometry()));
     }
 
+    void aStoredDirectoryIsAPlaceOnTheDisk_data() {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("taken");
+        QTest::newRow("empty") << QString() << QStringLiteral("/shots/");
+        QTest::newRow("relative") << QStringLiteral("rel/") << QStringLiteral("/shots/");
+        QTest::newRow("no separator") << QStringLiteral("/a") << QStringLiteral("/a/");
+        QTest::newRow("as it was") << QStringLiteral("/a/") << QStringLiteral("/a/");
+    }
+    void aStoredDirectoryIsAPlaceOnTheDisk() {
+        QFETCH(const QString, stored);
+        QFETCH(const QString, taken);
+        Dialog before;
+        before.directory()->setText(stored);
+        Dialog dialog;
+        dialog.directory()->setText(QStringLiteral("/shots/"));
+        dialog.control.setParams(before.control.getParams());
+        QCOMPARE(dialog.directory()->text(), taken);
+    }
+
     void numbersOutOfRangeAreClamped() {
         Dialog dialog;
         dialog.control.setParams(QByteArray::fromHex("000000020000000003"
