@@ -55,6 +55,10 @@ UpdateWindow::UpdateWindow(const QString& baseUrl, const QString& tag, const QSt
     m_progress->setAutoClose(false);
     m_progress->setAutoReset(false);
     m_progress->setWindowModality(Qt::WindowModal);
+    auto* const progressLabel = new QLabel(m_progress.get());
+    progressLabel->setTextFormat(Qt::PlainText);
+    progressLabel->setAlignment(Qt::AlignCenter);
+    m_progress->setLabel(progressLabel);
     connect(m_progress.get(), &QProgressDialog::canceled, this, &UpdateWindow::cancelDownload);
     connect(m_downloadButton, &QPushButton::clicked, this, &UpdateWindow::downloadFV);
     connect(m_doneButton, &QPushButton::clicked, this, &UpdateWindow::doDone);
@@ -193,13 +197,19 @@ void UpdateWindow::downloadFile(QPushButton* button, const QString& fileName) {
     }
     m_installerPath = m_downloadFolder + u'/' + fileName;
     if (QFileInfo::exists(m_installerPath)) {
-        QMessageBox::information(this, tr("Download"),
-                                 tr("%1 is already at %2.").arg(fileName, m_downloadFolder));
+        tell(tr("%1 is already at %2.").arg(fileName, m_downloadFolder));
         offerInstallation();
         return;
     }
     if (openOutput(fileName))
         startDownload(button, fileName);
+}
+
+/// A file's name comes from the server and may look like markup.
+void UpdateWindow::tell(const QString& text) {
+    QMessageBox box(QMessageBox::Information, tr("Download"), text, QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
 }
 
 bool UpdateWindow::openOutput(const QString& fileName) {
@@ -208,8 +218,7 @@ bool UpdateWindow::openOutput(const QString& fileName) {
         return true;
     const QString reason = m_output->errorString();
     m_output.reset();
-    QMessageBox::information(this, tr("Download"),
-                             tr("Unable to save the file %1: %2.").arg(fileName, reason));
+    tell(tr("Unable to save the file %1: %2.").arg(fileName, reason));
     return false;
 }
 

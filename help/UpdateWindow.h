@@ -67,6 +67,7 @@ private:
     void askForIndex(const QUrl& address);
     void readIndex(const QByteArray& index);
     QNetworkReply* get(const QUrl& address);
+    void tell(const QString& text);
     bool openOutput(const QString& fileName);
     void startDownload(QPushButton* button, const QString& fileName);
     bool storeDownload();
