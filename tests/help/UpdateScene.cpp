@@ -104,5 +104,9 @@ void UpdateScene::answerBox() {
     }
     m_boxes.append(texts.join(u'|'));
     const bool question = box->button(QMessageBox::Yes) != nullptr;
+    // What holds a name from the server is no markup, whatever it looks like.
+    const bool isPlain =
+        box->windowTitle() != QStringLiteral("Download") || box->textFormat() == Qt::PlainText;
     box->button(question ? m_answer : QMessageBox::Ok)->click();
+    QVERIFY(isPlain);
 }

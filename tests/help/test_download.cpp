@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -185,6 +186,8 @@ private slots:
                                 "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nabc");
         whenDownloading(*window, stalled(), [](QProgressDialog& progress) {
             QCOMPARE(progress.labelText(), QStringLiteral("Downloading a.dmg..."));
+            // A name may look like markup.
+            QCOMPARE(progress.findChild<QLabel*>()->textFormat(), Qt::PlainText);
             progress.findChild<QPushButton*>()->click();
         });
         UpdateScene::clickDownload(*window);
