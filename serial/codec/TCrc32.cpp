@@ -7,7 +7,7 @@ namespace {
 constexpr std::uint32_t reflectedPolynomial = 0xEDB88320;
 
 /// Entry i is i shifted right through eight steps.
-constexpr std::array<std::uint32_t, 256> makeTable() {
+constexpr std::array<std::uint32_t, 256> makeCrc32Table() {
     std::array<std::uint32_t, 256> table{};
     for (std::uint32_t i = 0; i < table.size(); ++i) {
         std::uint32_t crc = i;
@@ -19,12 +19,12 @@ constexpr std::array<std::uint32_t, 256> makeTable() {
 }
 
 // Built once for all instances: by the compiler.
-constexpr std::array<std::uint32_t, 256> table = makeTable();
+constexpr std::array<std::uint32_t, 256> crc32Table = makeCrc32Table();
 
 } // namespace
 
 void TCrc32::Add(unsigned char byte) {
-    m_value = (m_value >> 8U) ^ table[(m_value ^ byte) & 0xFFU];
+    m_value = (m_value >> 8U) ^ crc32Table[(m_value ^ byte) & 0xFFU];
 }
 
 void TCrc32::Add(std::string_view bytes) {

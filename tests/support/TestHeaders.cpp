@@ -1,0 +1,1 @@
+// The one file that TestHeaders.h is precompiled for.
