@@ -351,6 +351,11 @@ void LCD7100::updatePixels(const QRegion& pixels) {
 }
 
 void LCD7100::paintEvent(QPaintEvent* /*event*/) {
+    // The window's first picture waits for nothing, not even for fonts that renderings need.
+    // Graphics wait for the first rendering, too.
+    if (!std::exchange(m_isSeen, true))
+        QMetaObject::invokeMethod(
+            this, [this] { render(true); }, Qt::QueuedConnection);
     if (m_textPixmap.isNull())
         return;
     QPainter painter(this);
@@ -372,7 +377,8 @@ void LCD7100::paintCursor(QPainter& painter, const QSize& size, const LCDTextCur
 
 void LCD7100::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    redraw(true);
+    if (m_isSeen)
+        redraw(true);
 }
 
 void LCD7100::mousePressEvent(QMouseEvent* event) {

@@ -135,6 +135,8 @@ private:
     int m_graphWidth = 0;
     LCDTextCursor m_cursor;
     bool m_cursorShown = true;
+    /// Whether the widget has been painted, if only with its background.
+    bool m_isSeen = false;
     text_renderthread m_renderer;
     QVector<char> m_text;
     QVector<char> m_attr;

@@ -3,6 +3,7 @@
 #include "TestEnvironment.h"
 #include "text_renderthread.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 
 #include <memory>
@@ -12,6 +13,13 @@ namespace {
 /// The last pixel. It is repainted each time, which tells that all else has been painted too.
 QRect marker(const QWidget& widget) {
     return {widget.rect().bottomRight(), QSize(1, 1)};
+}
+
+/// How many threads this program has.
+qsizetype threads() {
+    return QDir(QStringLiteral("/proc/self/task"))
+        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+        .size();
 }
 
 /// Counts the renderings that arrive, shown or not.
@@ -87,6 +95,19 @@ class TestLCD7100Repaints : public QObject {
     Q_OBJECT
 
 private slots:
+    /// What a rendering takes, the fonts above all, would be taken from the window's first picture.
+    void nothingIsRenderedBeforeTheFirstPicture() {
+        LCD7100 early;
+        early.resize(480, 240);
+        // All that showing a window starts once has been started by now.
+        QWidget other;
+        other.show();
+        const qsizetype before = threads();
+        early.show();
+        QCOMPARE(threads(), before);
+        QTRY_COMPARE_WITH_TIMEOUT(threads(), before + 1, patienceMs);
+    }
+
     void anUnchangedScreenRepaintsNothing() {
         WatchedLcd lcd;
         lcd.tell();
