@@ -6,11 +6,11 @@
 #include "Packet.h"
 #include "ScreenUpdate.h"
 #include "TileAccessible.h"
+#include "TileIcons.h"
 #include "ui_ConnectionWidget.h"
 
 #include <QAction>
 #include <QCursor>
-#include <QIcon>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -40,7 +40,7 @@ int signedByte(std::string_view data, std::size_t index) {
 
 ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
     : QFrame(parent), m_form(std::make_unique<Ui_ConnectionWidget>()), m_settings(settings),
-      m_contextMenu(new QMenu(this)) {
+      m_icons(TileIcons::shared()), m_contextMenu(new QMenu(this)) {
     m_form->setupUi(this);
     LCD7100* display = m_form->theDisplay;
     // The frame's colour is this widget's window text; the name must not turn red with it.
@@ -48,7 +48,7 @@ ConnectionWidget::ConnectionWidget(QWidget* parent, QSettings* settings)
     // However much there is to tell of a file transfer.
     m_form->nameLabel->setMinimumWidth(nameLetters * fontMetrics().averageCharWidth());
     fitTheStrip();
-    m_form->killBtn->setIcon(QIcon(QStringLiteral(":/buttons/images/button_cancel.png")));
+    m_form->killBtn->setIcon(m_icons->icon(QStringLiteral(":/buttons/images/button_cancel.png")));
     showConnectButton(QStringLiteral(":/buttons/images/Connect.png"), tr("Connect"));
 
     connect(m_form->connectBtn, &QToolButton::clicked, this, &ConnectionWidget::doConnect);
@@ -362,7 +362,7 @@ void ConnectionWidget::announceState() {
 }
 
 void ConnectionWidget::showConnectButton(const QString& icon, const QString& toolTip) {
-    m_form->connectBtn->setIcon(QIcon(icon));
+    m_form->connectBtn->setIcon(m_icons->icon(icon));
     m_form->connectBtn->setToolTip(toolTip);
     // Its text says "Connect" whatever it does.
     m_form->connectBtn->setAccessibleName(toolTip);

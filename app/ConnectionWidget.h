@@ -15,6 +15,7 @@ class LCD7100;
 class QAction;
 class QMenu;
 class QSettings;
+class TileIcons;
 class Ui_ConnectionWidget;
 
 /// One tile of the group window: mirrors one instrument's screen, makes and drops the link to it,
@@ -120,6 +121,7 @@ private:
     QString m_screenLabel;
     QSettings* m_settings;
     std::unique_ptr<CaptureControl> m_captureWindow;
+    std::shared_ptr<TileIcons> m_icons;
     QMenu* m_contextMenu = nullptr;
     QAction* m_sendFile = nullptr;
 };

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class QWidget;
+
+/// Calls something once, from the event loop, when a widget has been painted for the first time:
+/// for what the first picture of a window need not wait for. Belongs to the widget. GUI thread.
+class FirstPaint : public QObject {
+    Q_OBJECT
+
+public:
+    FirstPaint(QWidget* widget, std::function<void()> then);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<void()> m_then;
+};
