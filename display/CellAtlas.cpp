@@ -1,6 +1,7 @@
 #include "CellAtlas.h"
 
 #include "FontSizing.h"
+#include "SharedByLook.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,27 +29,6 @@ quint16 numberOf(const std::optional<CellCode>& cell) {
     return cell ? static_cast<quint16>(cell->number()) : absentCell;
 }
 
-/// The atlases in use.
-class Atlases {
-public:
-    std::shared_ptr<CellAtlas> find(const CellLook& look) {
-        const QMutexLocker lock(&m_mutex);
-        std::erase_if(m_known, [](const auto& atlas) { return atlas.expired(); });
-        for (const auto& known : m_known) {
-            auto atlas = known.lock();
-            if (atlas && atlas->look() == look)
-                return atlas;
-        }
-        auto made = std::make_shared<CellAtlas>(look);
-        m_known.push_back(made);
-        return made;
-    }
-
-private:
-    QMutex m_mutex;
-    std::vector<std::weak_ptr<CellAtlas>> m_known;
-};
-
 /// With a font of its own, which no other thread's painting changes.
 CellLook ownLook(CellLook look) {
     look.font = sizedFont(look.font, look.letterSize);
@@ -58,7 +38,7 @@ CellLook ownLook(CellLook look) {
 } // namespace
 
 std::shared_ptr<CellAtlas> CellAtlas::shared(const CellLook& look) {
-    static Atlases atlases;
+    static SharedByLook<CellAtlas> atlases;
     return atlases.find(ownLook(look));
 }
 

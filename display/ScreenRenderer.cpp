@@ -6,14 +6,24 @@
 
 #include <utility>
 
-ScreenRenderer::ScreenRenderer() : m_pool(std::make_shared<CanvasPool>()) {}
+ScreenRenderer::ScreenRenderer() = default;
 
-ScreenRenderer::~ScreenRenderer() = default;
+ScreenRenderer::~ScreenRenderer() {
+    leavePool();
+}
+
+void ScreenRenderer::leavePool() {
+    if (m_pool)
+        m_pool->leave(this);
+}
 
 ScreenRenderer::Rendering ScreenRenderer::render(const TextScreen& screen, const QSize& size,
                                                  const std::atomic<bool>& restart) {
     if (CellLook look = screen.look(size); look != m_look) {
-        m_atlas = CellAtlas::suits(look) ? CellAtlas::shared(look) : nullptr;
+        leavePool();
+        const bool suits = CellAtlas::suits(look);
+        m_atlas = suits ? CellAtlas::shared(look) : nullptr;
+        m_pool = suits ? CanvasPool::shared(m_atlas->look()) : nullptr;
         m_look = std::move(look);
         m_lastCells.clear();
     }
@@ -46,14 +56,14 @@ QImage ScreenRenderer::paintPlainly(const TextScreen& screen, const std::atomic<
 
 ScreenRenderer::Rendering ScreenRenderer::paintKept(const std::vector<CellCode>& cells,
                                                     const std::atomic<bool>& restart) {
-    std::unique_ptr<ScreenCanvas> canvas = m_pool->take(m_look.imageSize);
+    std::unique_ptr<ScreenCanvas> canvas = m_pool->take(this);
     if (!canvas->paint(m_atlas, cells, restart)) {
-        m_pool->give(std::move(canvas));
+        m_pool->give(this, std::move(canvas));
         return {};
     }
     Rendering rendering;
     rendering.changed = changedArea(m_lastShown, canvas->shown());
     m_lastShown = canvas->shown();
-    rendering.image = m_pool->lend(std::move(canvas));
+    rendering.image = m_pool->lend(this, std::move(canvas));
     return rendering;
 }

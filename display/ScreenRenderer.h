@@ -34,9 +34,11 @@ public:
     Rendering render(const TextScreen& screen, const QSize& size, const std::atomic<bool>& restart);
 
 private:
+    void leavePool();
     QImage paintPlainly(const TextScreen& screen, const std::atomic<bool>& restart);
     Rendering paintKept(const std::vector<CellCode>& cells, const std::atomic<bool>& restart);
 
+    /// None for looks whose cells cannot be kept.
     std::shared_ptr<CanvasPool> m_pool;
     std::shared_ptr<CellAtlas> m_atlas;
     CellLook m_look;

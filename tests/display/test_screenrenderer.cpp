@@ -378,6 +378,30 @@ private slots:
                  ReferencePainter::paint(screen, QSize(333, 177)));
     }
 
+    /// With many renderers most are handed what was another's image.
+    void manyRenderersShareSpares() {
+        const QSize size(241, 121);
+        constexpr std::size_t count = 40;
+        std::mt19937 random(6);
+        std::vector<ScreenRenderer> renderers(count);
+        std::vector<ReferenceScreen> screens;
+        for (unsigned i = 0; i < count; ++i)
+            screens.push_back(ReferencePainter::randomScreen(50 + i));
+        std::vector<QImage> shown(count);
+        std::vector<QImage> expected(count);
+        for (int round = 0; round < 4; ++round) {
+            for (std::size_t i = 0; i < count; ++i) {
+                const auto rendering = renderers[i].render(screenOf(screens[i], size), size, never);
+                if (!shown[i].isNull())
+                    QCOMPARE(missed(shown[i], rendering.image, rendering.changed), 0);
+                shown[i] = rendering.image;
+                expected[i] = ReferencePainter::paint(screens[i], size);
+                change(screens[i], random, 20);
+            }
+            QVERIFY(shown == expected);
+        }
+    }
+
     /// Meant for the thread sanitizer above all: cells of one look are shared.
     void renderersInManyThreadsAgree() {
         const QSize size(333, 177);
