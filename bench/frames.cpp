@@ -112,6 +112,25 @@ void parsing(benchmark::State& state) {
     state.counters["ratio"] = copied / parsed;
 }
 
+/// One frame of many MiB that comes a byte at a time, each of which may have completed it.
+void byteByByte(benchmark::State& state) {
+    const std::string stream = Frames::frameOf(static_cast<std::size_t>(state.range(0)) << 20U);
+    double seconds = 0;
+    while (state.KeepRunning()) {
+        Frames parser;
+        const double start = processorSeconds();
+        for (const char byte : stream) {
+            parser.buffer.Add(&byte, 1);
+            benchmark::DoNotOptimize(parser.next());
+        }
+        seconds += processorSeconds() - start;
+        state.SetIterationTime(processorSeconds() - start);
+    }
+    state.counters["ns_per_byte"] = 1e9 * seconds / static_cast<double>(stream.size()) /
+                                    static_cast<double>(state.iterations());
+}
+BENCHMARK(byteByByte)->ArgName("MiB")->Arg(1)->Arg(8)->Arg(64)->UseManualTime()->Iterations(1);
+
 void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->ArgName("payload")->Arg(16)->Arg(256)->Arg(2 << 10)->Arg((64 << 10) - 1);
     benchmark->UseManualTime()->MinTime(0.2);
