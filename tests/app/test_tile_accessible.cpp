@@ -15,7 +15,9 @@ std::string screenUpdate(const std::string& line) {
 }
 
 std::string graphicsUpdate() {
-    return "\0\0\0\0BNDLG\0\0\x07\x80"s + std::string(1920, '\x55');
+    std::string update = "\0\0\0\0BNDLG\0\0\x07\x80"s;
+    update.append(1920, '\x55');
+    return update;
 }
 
 QString read(QWidget* widget, QAccessible::Text kind) {
