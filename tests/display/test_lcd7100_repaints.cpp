@@ -41,6 +41,8 @@ public:
 class WatchedLcd {
 public:
     WatchedLcd() : watch(shown.lcd) {
+        // The first painting asks for a rendering, too.
+        arrived = QTest::qWaitFor([this] { return arrivals.count > 0; }, patienceMs);
         shown.reference.text.assign(320, 'x');
         tell();
         // The last rendering asked for is the last to come, and the window has its place by now.
