@@ -2,8 +2,12 @@
 
 find_program(GX_CCACHE ccache)
 if(GX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # Without these two, ccache passes by every file that uses precompiled headers.
-  set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_SLOPPINESS=pch_defines,time_macros ${GX_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${GX_CCACHE})
+  if(GX_SANITIZE)
+    # Without these two, ccache passes by every file that uses precompiled headers.
+    list(PREPEND CMAKE_CXX_COMPILER_LAUNCHER
+         ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros)
+  endif()
 endif()
 
 # Carried by our own targets only; Qt's headers are system headers and stay silent.
@@ -89,7 +93,7 @@ function(gx_fuzz name)
 endfunction()
 
 # gx_bench(name SOURCES ... LIBS libs...)
-# A benchmark program; built with the rest so that it cannot rot, run by bench/run.
+# A benchmark program; built with all but the sanitized rest so that it cannot rot, run by bench/run.
 function(gx_bench name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
   gx_program(bench_${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS} benchmark::benchmark)

@@ -33,6 +33,17 @@ std::shared_ptr<CanvasPool> CanvasPool::shared(const CellLook& look) {
 
 CanvasPool::CanvasPool(const CellLook& look) : m_look(look), m_most(mostSpares(look.imageSize)) {}
 
+void CanvasPool::join(const void* owner) {
+    const QMutexLocker lock(&m_mutex);
+    m_owners.insert(owner);
+}
+
+void CanvasPool::leave(const void* owner) {
+    const QMutexLocker lock(&m_mutex);
+    m_owners.erase(owner);
+    std::erase_if(m_spares, [owner](const Spare& spare) { return spare.owner == owner; });
+}
+
 std::unique_ptr<ScreenCanvas> CanvasPool::take(const void* owner) {
     {
         const QMutexLocker lock(&m_mutex);
@@ -54,6 +65,8 @@ std::unique_ptr<ScreenCanvas> CanvasPool::take(const void* owner) {
 void CanvasPool::give(const void* owner, std::unique_ptr<ScreenCanvas> canvas) {
     std::unique_ptr<ScreenCanvas> oldest;
     const QMutexLocker lock(&m_mutex);
+    if (!m_owners.contains(owner))
+        return;
     if (m_spares.size() == m_most) {
         oldest = std::move(m_spares.front().canvas);
         m_spares.erase(m_spares.begin());
@@ -70,11 +83,6 @@ QImage CanvasPool::lend(const void* owner, std::unique_ptr<ScreenCanvas> canvas)
     // From here on the image owns it.
     static_cast<void>(loan.release());
     return image;
-}
-
-void CanvasPool::leave(const void* owner) {
-    const QMutexLocker lock(&m_mutex);
-    std::erase_if(m_spares, [owner](const Spare& spare) { return spare.owner == owner; });
 }
 
 std::size_t CanvasPool::spares() {

@@ -7,6 +7,7 @@
 #include <QMutex>
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 /// Hands canvases out as images and takes them back when nobody has the image any more, wherever
@@ -23,22 +24,26 @@ public:
     /// The one pool of a look; it lives as long as somebody has it, or an image from it.
     static std::shared_ptr<CanvasPool> shared(const CellLook& look);
 
+    /// Only for looks with an image that is not empty.
     explicit CanvasPool(const CellLook& look);
 
     const CellLook& look() const { return m_look; }
 
+    /// The owner will take canvases, until it leaves.
+    void join(const void* owner);
+
+    /// Drops the owner's canvases, those that come back later included.
+    void leave(const void* owner);
+
     /// A canvas, with whatever it shows: the owner's own if it is there.
     std::unique_ptr<ScreenCanvas> take(const void* owner);
 
-    /// Takes a canvas back.
+    /// Takes a canvas back; to be dropped when the owner has left.
     void give(const void* owner, std::unique_ptr<ScreenCanvas> canvas);
 
     /// The canvas as an image without a copy. Whoever writes to the image gets a copy of it, so
     /// that the canvas goes on showing what it knows.
     QImage lend(const void* owner, std::unique_ptr<ScreenCanvas> canvas);
-
-    /// The owner will take no more.
-    void leave(const void* owner);
 
     /// How many canvases are kept.
     std::size_t spares();
@@ -52,6 +57,7 @@ private:
     const CellLook m_look;
     const std::size_t m_most;
     QMutex m_mutex;
+    std::unordered_set<const void*> m_owners;
     /// The one given last is the last.
     std::vector<Spare> m_spares;
 };

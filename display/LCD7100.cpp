@@ -23,6 +23,8 @@
 namespace {
 
 constexpr int blinkPeriodMs = 500;
+/// How long a rendering waits for the window's first picture.
+constexpr int firstPicturePatienceMs = 100;
 /// Far above any instrument's; keeps what setSize() makes within memory.
 constexpr int maxCells = 1024;
 constexpr int maxGraphSide = 4096;
@@ -351,11 +353,8 @@ void LCD7100::updatePixels(const QRegion& pixels) {
 }
 
 void LCD7100::paintEvent(QPaintEvent* /*event*/) {
-    // The window's first picture waits for nothing, not even for fonts that renderings need.
-    // Graphics wait for the first rendering, too.
     if (!std::exchange(m_isSeen, true))
-        QMetaObject::invokeMethod(
-            this, [this] { render(true); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &LCD7100::renderWhatWaits, Qt::QueuedConnection);
     if (m_textPixmap.isNull())
         return;
     QPainter painter(this);
@@ -377,8 +376,20 @@ void LCD7100::paintCursor(QPainter& painter, const QSize& size, const LCDTextCur
 
 void LCD7100::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    if (m_isSeen)
+    if (m_isSeen) {
         redraw(true);
+    } else if (m_textMode) {
+        // The window's first picture waits for nothing, not even for fonts that renderings need.
+        // One that opens where nobody sees it is painted much later, and then is to be whole at
+        // once.
+        m_renderWaits = true;
+        QTimer::singleShot(firstPicturePatienceMs, this, &LCD7100::renderWhatWaits);
+    }
+}
+
+void LCD7100::renderWhatWaits() {
+    if (std::exchange(m_renderWaits, false))
+        render(true);
 }
 
 void LCD7100::mousePressEvent(QMouseEvent* event) {

@@ -122,6 +122,7 @@ private:
     void paintCursor(QPainter& painter, const QSize& size, const LCDTextCursor& cursor) const;
     QRect cursorRect() const;
     void render(bool force);
+    void renderWhatWaits();
     QSize devicePixels() const;
     void updatePixels(const QRegion& pixels);
     bool isRenderedForNow() const;
@@ -137,6 +138,7 @@ private:
     bool m_cursorShown = true;
     /// Whether the widget has been painted, if only with its background.
     bool m_isSeen = false;
+    bool m_renderWaits = false;
     text_renderthread m_renderer;
     QVector<char> m_text;
     QVector<char> m_attr;

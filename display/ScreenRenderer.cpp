@@ -24,6 +24,8 @@ ScreenRenderer::Rendering ScreenRenderer::render(const TextScreen& screen, const
         const bool suits = CellAtlas::suits(look);
         m_atlas = suits ? CellAtlas::shared(look) : nullptr;
         m_pool = suits ? CanvasPool::shared(m_atlas->look()) : nullptr;
+        if (m_pool)
+            m_pool->join(this);
         m_look = std::move(look);
         m_lastCells.clear();
     }

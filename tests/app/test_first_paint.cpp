@@ -54,6 +54,25 @@ private slots:
         QCOMPARE(calls, 1);
     }
 
+    void severalPaintingsCallOnce() {
+        QWidget picture;
+        picture.resize(20, 20);
+        int calls = 0;
+        new FirstPaint(&picture, [&] { ++calls; });
+        picture.grab();
+        picture.grab();
+        QCoreApplication::processEvents();
+        QCOMPARE(calls, 1);
+    }
+
+    /// A window may open as an icon, or on another desktop.
+    void comesWithoutAPictureInTheEnd() {
+        QWidget never;
+        int calls = 0;
+        new FirstPaint(&never, [&] { ++calls; });
+        QTRY_COMPARE_WITH_TIMEOUT(calls, 1, patienceMs);
+    }
+
     void goesWithItsWidget() {
         int calls = 0;
         {

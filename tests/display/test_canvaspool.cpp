@@ -33,6 +33,7 @@ private slots:
         const std::array<char, 16> owners{};
         std::array<const QRgb*, 16> pixels{};
         for (std::size_t i = 0; i < owners.size(); ++i) {
+            pool->join(&owners[i]);
             auto canvas = pool->take(&owners[i]);
             pixels[i] = canvas->pixels();
             pool->give(&owners[i], std::move(canvas));
@@ -64,8 +65,10 @@ private slots:
         QFETCH(const int, most);
         const auto pool = CanvasPool::shared(lookOf(size));
         const std::array<char, 64> owners{};
-        for (const char& owner : owners)
+        for (const char& owner : owners) {
+            pool->join(&owner);
             pool->give(&owner, std::make_unique<ScreenCanvas>(size));
+        }
         QCOMPARE(pool->spares(), static_cast<std::size_t>(most));
         // It is the newest that are kept.
         pool->leave(&owners.back());
@@ -82,6 +85,7 @@ private slots:
         std::set<const QRgb*> kept;
         const auto give = [&](const char& owner) {
             auto canvas = std::make_unique<ScreenCanvas>(size);
+            pool->join(&owner);
             kept.insert(canvas->pixels());
             pool->give(&owner, std::move(canvas));
         };
@@ -104,6 +108,7 @@ private slots:
         {
             const auto pool = CanvasPool::shared(lookOf({240, 120}));
             seen = pool;
+            pool->join(&owner);
             image = pool->lend(&owner, pool->take(&owner));
         }
         QVERIFY(!seen.expired());
@@ -111,6 +116,16 @@ private slots:
         const std::shared_ptr<CanvasPool> pool = seen.lock();
         image = {};
         QCOMPARE(pool->spares(), std::size_t{1});
+    }
+
+    void whatComesBackLaterIsDropped() {
+        const auto pool = CanvasPool::shared(lookOf({240, 120}));
+        const char owner = 0;
+        pool->join(&owner);
+        QImage image = pool->lend(&owner, pool->take(&owner));
+        pool->leave(&owner);
+        image = {};
+        QCOMPARE(pool->spares(), std::size_t{0});
     }
 
     void theLastImageEndsThePool() {

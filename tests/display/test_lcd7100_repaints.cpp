@@ -15,11 +15,15 @@ QRect marker(const QWidget& widget) {
     return {widget.rect().bottomRight(), QSize(1, 1)};
 }
 
-/// How many threads this program has.
-qsizetype threads() {
-    return QDir(QStringLiteral("/proc/self/task"))
-        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-        .size();
+/// How many threads render.
+int renderingThreads() {
+    int count = 0;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile name(tasks.filePath(task + QStringLiteral("/comm")));
+        count += name.open(QIODevice::ReadOnly) && name.readAll().startsWith("text_render") ? 1 : 0;
+    }
+    return count;
 }
 
 /// Counts the renderings that arrive, shown or not.
@@ -99,15 +103,37 @@ class TestLCD7100Repaints : public QObject {
 private slots:
     /// What a rendering takes, the fonts above all, would be taken from the window's first picture.
     void nothingIsRenderedBeforeTheFirstPicture() {
+        // Those of other tests end a little later than they are waited for.
+        QTRY_COMPARE_WITH_TIMEOUT(renderingThreads(), 0, patienceMs);
         LCD7100 early;
         early.resize(480, 240);
-        // All that showing a window starts once has been started by now.
-        QWidget other;
-        other.show();
-        const qsizetype before = threads();
         early.show();
-        QCOMPARE(threads(), before);
-        QTRY_COMPARE_WITH_TIMEOUT(threads(), before + 1, patienceMs);
+        QCOMPARE(renderingThreads(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(renderingThreads(), 1, patienceMs);
+    }
+
+    /// It must be whole at once when somebody wants to see it.
+    void aScreenThatNobodySeesIsRenderedAllTheSame() {
+        LCD7100 hidden;
+        Arrivals arrivals;
+        QResizeEvent resized(QSize(480, 240), QSize());
+        QCoreApplication::sendEvent(&hidden, &resized);
+        QTRY_VERIFY_WITH_TIMEOUT(arrivals.count > 0, patienceMs);
+    }
+
+    /// Graphics are not painted before the first text is.
+    void graphicsFromTheStartWaitForText() {
+        QTRY_COMPARE_WITH_TIMEOUT(renderingThreads(), 0, patienceMs);
+        LCD7100 screen;
+        Arrivals arrivals;
+        screen.resize(480, 240);
+        screen.setTextMode(false);
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&screen, patienceMs));
+        QCOMPARE(renderingThreads(), 0);
+        screen.setTextMode(true);
+        screen.redraw(false);
+        QTRY_VERIFY_WITH_TIMEOUT(arrivals.count > 0, patienceMs);
     }
 
     void anUnchangedScreenRepaintsNothing() {

@@ -1,3 +1,4 @@
+#include "CanvasPool.h"
 #include "ReferencePainter.h"
 #include "ScreenRenderer.h"
 #include "TestEnvironment.h"
@@ -29,6 +30,10 @@ TextScreen screenOf(const ReferenceScreen& reference, const QSize& size) {
 
 QImage rendered(ScreenRenderer& renderer, const ReferenceScreen& reference, const QSize& size) {
     return renderer.render(screenOf(reference, size), size, never).image;
+}
+
+std::shared_ptr<CanvasPool> poolOf(const ReferenceScreen& reference, const QSize& size) {
+    return CanvasPool::shared(CellAtlas::shared(screenOf(reference, size).look(size))->look());
 }
 
 /// What a painter makes of a screen, cell by cell.
@@ -400,6 +405,33 @@ private slots:
             }
             QVERIFY(shown == expected);
         }
+        const auto pool = poolOf(screens[0], size);
+        QVERIFY(pool->spares() > 0);
+        QVERIFY(pool->spares() <= CanvasPool::maxSpares);
+    }
+
+    void renderersTakeTheirSparesWithThem() {
+        const QSize size(242, 121);
+        ReferenceScreen screen = ReferencePainter::randomScreen(60);
+        ScreenRenderer stays;
+        QImage shown = rendered(stays, screen, size);
+        for (int i = 0; i < 40; ++i) {
+            ScreenRenderer goes;
+            QImage seen = rendered(goes, screen, size);
+            screen.text[3] = static_cast<char>('a' + i % 26);
+            seen = rendered(goes, screen, size);
+        }
+        QCOMPARE(poolOf(screen, size)->spares(), std::size_t{0});
+        shown = rendered(stays, screen, size);
+        shown = {};
+        screen.text[3] = '!';
+        shown = rendered(stays, screen, size);
+        QCOMPARE(poolOf(screen, size)->spares(), std::size_t{1});
+        // And when they are to look differently.
+        const auto before = poolOf(screen, size);
+        rendered(stays, screen, size + QSize(1, 0));
+        shown = {};
+        QCOMPARE(before->spares(), std::size_t{0});
     }
 
     /// Meant for the thread sanitizer above all: cells of one look are shared.
