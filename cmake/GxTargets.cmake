@@ -22,7 +22,7 @@ endif()
 # The released build compiles every file by itself and so finds a forgotten #include; the sanitized
 # ones come after it and need only be quick: libraries several files at a time, tests with Qt's
 # headers precompiled.
-if(GX_SANITIZE)
+if(GX_SANITIZE AND NOT GX_FUZZ)
   set(CMAKE_UNITY_BUILD ON)
 endif()
 if(GX_FUZZ)
