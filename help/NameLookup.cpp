@@ -1,5 +1,7 @@
 #include "NameLookup.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QHostAddress>
 #include <QTimer>
 
@@ -17,6 +19,7 @@
 struct NameLookup::Mailbox {
     std::mutex mutex;
     NameLookup* reader = nullptr;
+    bool found = false;
 };
 
 NameLookup::NameLookup(const QString& host, std::chrono::milliseconds patience, Resolve resolve)
@@ -30,15 +33,24 @@ NameLookup::NameLookup(const QString& host, std::chrono::milliseconds patience, 
     std::thread([mailbox = m_mailbox, name = host.toStdString(), resolve] {
         const bool found = resolve(name);
         const std::scoped_lock lock(mailbox->mutex);
-        if (NameLookup* const reader = mailbox->reader)
-            QMetaObject::invokeMethod(
-                reader, [reader, found] { reader->finish(found); }, Qt::QueuedConnection);
+        mailbox->found = found;
+        if (mailbox->reader != nullptr)
+            QCoreApplication::postEvent(mailbox->reader, new QEvent(QEvent::User));
     }).detach();
 }
 
 NameLookup::~NameLookup() {
     const std::scoped_lock lock(m_mailbox->mutex);
     m_mailbox->reader = nullptr;
+}
+
+void NameLookup::customEvent(QEvent* /*event*/) {
+    bool found = false;
+    {
+        const std::scoped_lock lock(m_mailbox->mutex);
+        found = m_mailbox->found;
+    }
+    finish(found);
 }
 
 void NameLookup::finish(bool found) {

@@ -33,6 +33,10 @@ signals:
     /// Once, and never before the event loop runs again.
     void finished(bool found);
 
+protected:
+    /// There is an answer in the mailbox.
+    void customEvent(QEvent* event) override;
+
 private:
     struct Mailbox;
 
