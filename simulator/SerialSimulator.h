@@ -37,8 +37,9 @@ public:
     /// What the instrument shows.
     InstrumentScreen screen() const { return m_session->instrument().screen(); }
 
-    /// Offers a file to the program.
+    /// Offers a file to the program, after a transfer that runs.
     void sendFile(const QByteArray& file) { m_transport->sendFile(file); }
+    bool isTransferring() const { return m_transport->isTransferring(); }
     /// The person at the instrument says something to the operator.
     void sendChat(const QByteArray& text) { m_session->sendChat(text); }
 

@@ -81,6 +81,10 @@ void SerialTransport::giveToLine(const std::string& bytes) {
     serve();
 }
 
+bool SerialTransport::isTransferWaiting() const {
+    return !m_transfer && m_port->isOpen() && (m_announcedFiles > 0 || m_fileToSend);
+}
+
 /// Does what is due. What that leads to may lead here again, and then is done in the same run.
 void SerialTransport::serve() {
     if (m_serving || m_closed)
@@ -153,12 +157,12 @@ void SerialTransport::serveTransfer(Clock::time_point now) {
 }
 
 void SerialTransport::startWaitingTransfer(Clock::time_point now) {
-    if (m_transfer || !m_port->isOpen())
+    if (!isTransferWaiting())
         return;
     if (m_announcedFiles > 0) {
         --m_announcedFiles;
         m_transfer = std::make_unique<FileReceiver>(m_settings.faults, m_settings.timings, now);
-    } else if (m_fileToSend) {
+    } else {
         m_transfer = std::make_unique<FileSender>(std::move(*m_fileToSend), m_settings.faults,
                                                   m_settings.timings, now);
         m_fileToSend.reset();
@@ -176,6 +180,9 @@ void SerialTransport::endTransfer() {
 }
 
 std::optional<SerialTransport::Clock::time_point> SerialTransport::nextDeadline() const {
+    // What had to wait for another transfer is due when that has ended.
+    if (isTransferWaiting())
+        return Clock::time_point::min();
     std::optional<Clock::time_point> earliest;
     const auto consider = [&earliest](const std::optional<Clock::time_point>& deadline) {
         if (deadline && (!earliest || *deadline < *earliest))

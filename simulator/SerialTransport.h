@@ -64,6 +64,7 @@ private:
     void handle(const TypedPacketReader::TypedPacket& packet, Clock::time_point now);
     void handleBackChannel(const std::string& payload);
     void serveTransfer(Clock::time_point now);
+    bool isTransferWaiting() const;
     void startWaitingTransfer(Clock::time_point now);
     void endTransfer();
     std::optional<Clock::time_point> nextDeadline() const;

@@ -24,6 +24,8 @@ private slots:
     void stopped_by_the_operator_data();
     void stopped_by_the_operator();
     void an_echo_through_the_instrument();
+    void offered_while_another_runs_data();
+    void offered_while_another_runs();
     void nothing_is_damaged_unnoticed_data();
     void nothing_is_damaged_unnoticed();
 };
@@ -346,6 +348,30 @@ void FileEndToEndTest::stopped_by_the_operator() {
     bench.receive(file);
     QVERIFY(spinUntil([&] { return bench.bothEnded(); }, patience));
     QVERIFY(bench.atProgram == file);
+}
+
+void FileEndToEndTest::offered_while_another_runs_data() {
+    QTest::addColumn<bool>("sending");
+    QTest::newRow("to the instrument") << true;
+    QTest::newRow("from the instrument") << false;
+}
+
+void FileEndToEndTest::offered_while_another_runs() {
+    QFETCH(const bool, sending);
+
+    Bench bench(unpaced());
+    QVERIFY(bench.connectBoth());
+    const QByteArray first = contents(100000);
+    if (sending)
+        bench.sendToInstrument(first);
+    else
+        bench.receive(first);
+    // The simulator runs in this thread: the transfer cannot have ended before the offer.
+    QVERIFY(spinUntil([&] { return bench.simulator.isTransferring(); }, patience));
+    const QByteArray second = contents(3000);
+    bench.receive(second);
+    QVERIFY(spinUntil([&] { return bench.atProgram == second; }, patience));
+    QVERIFY(!sending || bench.atInstrument == first);
 }
 
 void FileEndToEndTest::nothing_is_damaged_unnoticed_data() {
