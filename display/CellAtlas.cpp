@@ -79,7 +79,7 @@ void CellAtlas::forget() {
 
 CellAtlas::Index CellAtlas::add(const PreparedCell& prepared) {
     m_entries.push_back(
-        {prepared.inked, keep(prepared.pixels), prepared.background, prepared.reach});
+        {prepared.kept, keep(prepared.pixels), prepared.background, prepared.reach});
     m_anyReach = m_anyReach || prepared.reach != 0;
     return static_cast<Index>(m_entries.size() - 1);
 }

@@ -25,11 +25,11 @@ public:
     using Index = quint32;
     static constexpr Index none = ~Index{0};
 
-    /// A cell as it is to be copied: `inked` are the pixels that are not background, from the upper
-    /// left corner of the cell's own pixels.
+    /// A cell as it is to be copied: outside `kept`, which counts from the upper left corner of the
+    /// cell's own pixels, all is background.
     struct Entry {
-        QRect inked;
-        /// Those of `inked`, row by row.
+        QRect kept;
+        /// Those of `kept`, row by row.
         const QRgb* pixels;
         QRgb background;
         unsigned char reach;

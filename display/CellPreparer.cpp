@@ -7,6 +7,9 @@
 
 namespace {
 
+/// Most letters leave this part of their cell's width free on either side.
+constexpr int lettersMargin = 6;
+
 /// The colour that blending `color` over it, however faintly, changes most.
 QRgb farFrom(const QColor& color) {
     const auto opposite = [](int channel) { return channel < 128 ? 255 : 0; };
@@ -93,7 +96,7 @@ PreparedCell CellPreparer::cutOut(int column, int row, CellCode cell) const {
     PreparedCell prepared;
     const QRgb background = m_backgrounds[cell.color];
     prepared.background = background;
-    QRect inked;
+    QRect& kept = prepared.kept;
     for (int y = own.top(); y <= own.bottom(); ++y) {
         const QRgb* const from = line(y) + own.left();
         const QRgb* const to = from + own.width();
@@ -103,13 +106,17 @@ PreparedCell CellPreparer::cutOut(int column, int row, CellCode cell) const {
             continue;
         const auto last =
             std::find_if(std::make_reverse_iterator(to), std::make_reverse_iterator(from), isInk);
-        inked |= QRect(QPoint(static_cast<int>(first - from), y - own.top()),
-                       QPoint(static_cast<int>(last.base() - from) - 1, y - own.top()));
+        kept |= QRect(QPoint(static_cast<int>(first - from), y - own.top()),
+                      QPoint(static_cast<int>(last.base() - from) - 1, y - own.top()));
     }
-    prepared.inked = inked;
-    for (int y = inked.top(); y <= inked.bottom(); ++y) {
-        const QRgb* const from = line(own.top() + y) + own.left() + inked.left();
-        prepared.pixels.insert(prepared.pixels.end(), from, from + inked.width());
+    if (!kept.isEmpty()) {
+        const int margin = own.width() / lettersMargin;
+        kept.setLeft(std::min(kept.left(), margin));
+        kept.setRight(std::max(kept.right(), own.width() - 1 - margin));
+    }
+    for (int y = kept.top(); y <= kept.bottom(); ++y) {
+        const QRgb* const from = line(own.top() + y) + own.left() + kept.left();
+        prepared.pixels.insert(prepared.pixels.end(), from, from + kept.width());
     }
     return prepared;
 }

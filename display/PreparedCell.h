@@ -11,11 +11,13 @@ struct PreparedCell {
     /// the others: they are painted later.
     enum Reach : unsigned char { Left = 1, UpLeft = 2, Up = 4, UpRight = 8 };
 
-    /// What is not background, from the upper left corner of the cell's own pixels.
-    QRect inked;
-    /// The pixels of `inked`, row by row.
+    /// What is not background, and in the same rows at least the columns that most letters take:
+    /// what replaces a letter then seldom has to wipe out anything beside it. From the upper left
+    /// corner of the cell's own pixels; empty when all is background.
+    QRect kept;
+    /// The pixels of `kept`, row by row.
     std::vector<QRgb> pixels;
-    /// What the cell shows outside `inked`.
+    /// What the cell shows outside `kept`.
     QRgb background = 0;
     unsigned char reach = 0;
 };

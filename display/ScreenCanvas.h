@@ -18,7 +18,7 @@ public:
     explicit ScreenCanvas(const QSize& size);
 
     const QSize& size() const { return m_size; }
-    const QRgb* pixels() const { return m_pixels.get(); }
+    const QRgb* pixels() const { return m_pixels; }
 
     /// Makes the pixels show `cells`, row by row, in the look of `atlas`, whose image size must be
     /// this one's. Stops at the next cell once `restart` is set, and then returns false; what is
@@ -56,16 +56,15 @@ private:
     void fillAround(const QRect& area, const QRect& hole, const QPoint& origin, QRgb color);
     bool isMarked(int row) const;
 
-    QRgb* pixel(const QPoint& at) {
-        return m_pixels.get() + qptrdiff{at.y()} * m_size.width() + at.x();
-    }
+    QRgb* pixel(const QPoint& at) { return m_pixels + qptrdiff{at.y()} * m_size.width() + at.x(); }
     std::size_t index(int column, int row) const {
         const auto columns = static_cast<std::size_t>(m_shown.atlas->grid().columns());
         return static_cast<std::size_t>(row) * columns + static_cast<std::size_t>(column);
     }
 
     QSize m_size;
-    std::unique_ptr<QRgb[]> m_pixels;
+    std::unique_ptr<QRgb[]> m_memory;
+    QRgb* m_pixels;
     Shown m_shown;
     /// Where nothing is shown yet.
     QRgb m_filled = 0;

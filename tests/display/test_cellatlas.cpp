@@ -124,7 +124,7 @@ private slots:
         QVERIFY(session.alone(0, 3, {'A', 0}) != first);
     }
 
-    void entriesAreCutToTheInk() {
+    void entriesAreCutToTheRowsOfTheInk() {
         const QSize size(480, 240);
         CellAtlas atlas(lookOf(size));
         std::vector<QRgb> pixels = pixelsOf(size);
@@ -132,13 +132,18 @@ private slots:
         const auto entry = [&session](unsigned char code, unsigned char color) {
             return session.entry(session.alone(5, 3, {code, color}));
         };
-        QVERIFY(entry(' ', 0).inked.isEmpty());
+        QVERIFY(entry(' ', 0).kept.isEmpty());
         QCOMPARE(entry(' ', 1).background, qRgb(0, 0, 255));
-        QCOMPARE(entry(219, 0).inked, QRect(0, 0, 12, 30));
+        QCOMPARE(entry(219, 0).kept, QRect(0, 0, 12, 30));
         QCOMPARE(entry(219, 0).background, qRgb(224, 224, 224));
         QCOMPARE(*entry(219, 0).pixels, qRgb(0, 0, 255));
-        QCOMPARE(entry(179, 2).inked, QRect(6, 0, 1, 30));
-        QCOMPARE(*entry(179, 2).pixels, qRgb(255, 0, 0));
+        // Ink in one column, in the middle of those that letters take.
+        QCOMPARE(entry(179, 2).kept, QRect(2, 0, 8, 30));
+        const QRgb* const line = entry(179, 2).pixels;
+        for (int column = 0; column < 8; ++column)
+            QCOMPARE(line[column], column == 4 ? qRgb(255, 0, 0) : entry(179, 2).background);
+        // And in a few rows only.
+        QCOMPARE(entry(196, 0).kept.height(), 1);
     }
 
     void reachIsSeen() {
