@@ -5,9 +5,12 @@
 #include <QByteArray>
 
 #include <clocale>
+#include <sys/resource.h>
 #include <system_error>
 
 namespace {
+
+constexpr int lowestPriority = 19;
 
 /// Qt reads this variable and removes it while fontconfig looks at others, all of which would move
 /// up by one under its eyes. None has to when it is the last.
@@ -28,7 +31,12 @@ FontsAhead::FontsAhead() {
     std::setlocale(LC_ALL, "");
     moveStartupIdToTheEnd();
     try {
-        m_thread = std::thread([] { FcInit(); });
+        m_thread = std::thread([] {
+            // With two processors it would keep the display server waiting, on which everything
+            // else waits. A thread's own on Linux, whatever the name says.
+            setpriority(PRIO_PROCESS, 0, lowestPriority);
+            FcInit();
+        });
     } catch (const std::system_error&) {
         // Without a thread Qt does it by itself, a little later.
     }

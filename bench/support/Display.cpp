@@ -1,7 +1,9 @@
 #include "Display.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <poll.h>
 #include <stdexcept>
 #include <time.h>
 #include <xcb/xtest.h>
@@ -29,6 +31,9 @@ Display::Display(int width, int height)
     if (number.empty() || xcb_connection_has_error(m_connection.get()) != 0)
         throw std::runtime_error("no display");
     m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get())).data->root;
+    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(m_connection.get(), m_root, XCB_CW_EVENT_MASK, &events);
+    xcb_flush(m_connection.get());
 }
 
 std::uint32_t Display::pixel(int x, int y) const {
@@ -43,6 +48,25 @@ std::uint32_t Display::pixel(int x, int y) const {
     for (int i = 2; i >= 0; --i)
         color = color << 8U | xcb_get_image_data(reply.get())[i];
     return color;
+}
+
+void Display::forgetWindows() const {
+    while (
+        const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get()), std::free}) {
+    }
+}
+
+void Display::waitForWindow() const {
+    const double end = now() + patience;
+    for (double left = patience; left > 0; left = end - now()) {
+        while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get()),
+                                                      std::free}) {
+            if ((event->response_type & 0x7FU) == XCB_MAP_NOTIFY)
+                return;
+        }
+        pollfd socket{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0};
+        poll(&socket, 1, static_cast<int>(std::ceil(left * 1e3)));
+    }
 }
 
 double Display::waitForChange(int x, int y, std::uint32_t color) const {

@@ -17,6 +17,11 @@ public:
 
     /// The colour of one pixel of what an operator would see.
     std::uint32_t pixel(int x, int y) const;
+    /// Forgets the windows that have appeared so far.
+    void forgetWindows() const;
+    /// Until another window appears, or a minute has passed. Asks for nothing meanwhile: what the
+    /// display has to do for an onlooker, a program that starts has to wait for.
+    void waitForWindow() const;
     /// Until the pixel has a colour other than `color`; looks every tenth of a millisecond. The
     /// time at which it had, or infinity after a minute.
     double waitForChange(int x, int y, std::uint32_t color) const;
