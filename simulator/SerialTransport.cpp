@@ -182,7 +182,7 @@ void SerialTransport::endTransfer() {
 std::optional<SerialTransport::Clock::time_point> SerialTransport::nextDeadline() const {
     // What had to wait for another transfer is due when that has ended.
     if (isTransferWaiting())
-        return Clock::time_point::min();
+        return Clock::time_point();
     std::optional<Clock::time_point> earliest;
     const auto consider = [&earliest](const std::optional<Clock::time_point>& deadline) {
         if (deadline && (!earliest || *deadline < *earliest))
