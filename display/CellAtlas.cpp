@@ -12,7 +12,9 @@ namespace {
 constexpr std::size_t smallestLimit = std::size_t{1024} * 1024;
 constexpr std::size_t limitInImages = 4;
 
+/// What is small shares memory; what is not has its own, so that little is left over of a block.
 constexpr std::size_t blockPixels = 8192;
+constexpr std::size_t smallPixels = blockPixels / 16;
 /// Pixels to a side: smaller cells would reach further than into their neighbours.
 constexpr double smallestCell = 4;
 
@@ -84,18 +86,31 @@ CellAtlas::Index CellAtlas::add(const PreparedCell& prepared) {
     return static_cast<Index>(m_entries.size() - 1);
 }
 
+QRgb* CellAtlas::allocate(std::size_t pixels) {
+    m_blocks.push_back(std::make_unique_for_overwrite<QRgb[]>(pixels));
+    m_blockBytes += pixels * sizeof(QRgb);
+    return m_blocks.back().get();
+}
+
 const QRgb* CellAtlas::keep(const std::vector<QRgb>& pixels) {
-    if (pixels.size() > m_freePixels) {
-        m_freePixels = std::max(blockPixels, pixels.size());
-        m_blocks.push_back(std::make_unique_for_overwrite<QRgb[]>(m_freePixels));
-        m_free = m_blocks.back().get();
-        m_blockBytes += m_freePixels * sizeof(QRgb);
+    QRgb* kept = nullptr;
+    if (pixels.size() > smallPixels) {
+        kept = allocate(pixels.size());
+    } else {
+        if (pixels.size() > m_freePixels) {
+            m_free = allocate(blockPixels);
+            m_freePixels = blockPixels;
+        }
+        kept = std::exchange(m_free, m_free + pixels.size());
+        m_freePixels -= pixels.size();
     }
-    QRgb* const kept = m_free;
     std::copy(pixels.begin(), pixels.end(), kept);
-    m_free += pixels.size();
-    m_freePixels -= pixels.size();
     return kept;
+}
+
+std::size_t CellAtlas::held() {
+    const QMutexLocker lock(&m_mutex);
+    return bytes();
 }
 
 CellAtlas::Session::Session(CellAtlas& atlas, QRgb* pixels)

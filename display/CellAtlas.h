@@ -18,8 +18,8 @@
 /// All screens of the same look share one, whatever thread they are painted in: everything but
 /// making and finding one goes through a Session, and there is one Session at a time. Memory is
 /// bounded: when limit() is exceeded, all is forgotten before the next session, so that there is
-/// never more than that and what one session adds, which is at most two images and an entry or two
-/// for each cell.
+/// never more than that and what one session adds, which is at most two images, a fifteenth of them
+/// and 64 KiB more, and an entry or two for each cell.
 class CellAtlas {
 public:
     using Index = quint32;
@@ -50,6 +50,8 @@ public:
 
     /// Bytes beyond which it forgets.
     std::size_t limit() const;
+    /// Bytes that it takes now. Waits for a session to end.
+    std::size_t held();
 
     class Session;
 
@@ -69,6 +71,7 @@ private:
     std::size_t bytes() const;
     void forget();
     Index add(const PreparedCell& prepared);
+    QRgb* allocate(std::size_t pixels);
     const QRgb* keep(const std::vector<QRgb>& pixels);
 
     const CellLook m_look;
@@ -106,9 +109,6 @@ public:
 
     /// Whether any cell of this epoch reaches into a neighbour.
     bool anyReach() const { return m_atlas.m_anyReach; }
-
-    /// What the atlas takes now.
-    std::size_t bytes() const { return m_atlas.bytes(); }
 
     const Entry& entry(Index index) const { return m_atlas.m_entries[index]; }
 

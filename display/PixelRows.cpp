@@ -11,8 +11,8 @@ namespace {
 constexpr int widest = 64;
 
 /// Two pieces of a length that the compiler knows, overlapping in the middle, make up any row that
-/// is longer than one of them and not longer than both: quicker, for rows as short as a letter's,
-/// than a call for each that has to find out how long they are.
+/// is not shorter than one of them and not longer than both: quicker, for rows as short as a
+/// letter's, than a call for each that has to find out how long they are.
 template <int piece>
 void fillInPieces(QRgb* line, qptrdiff stride, int width, int height, QRgb color) {
     std::array<QRgb, piece> pixels;

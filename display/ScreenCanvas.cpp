@@ -14,8 +14,8 @@ namespace {
 /// Bytes that a processor moves at once.
 constexpr std::size_t cacheLine = 64;
 
-/// Where in a cache line an image begins: in the middle, where the letters of the largest images,
-/// in cells of 48 pixels, then take two lines instead of three.
+/// Where in a cache line an image begins: in the middle, as the rows of letters in cells of 48
+/// pixels, those of images 1920 wide, then lie in two lines instead of three.
 constexpr std::size_t beginning = cacheLine / 2;
 
 std::unique_ptr<QRgb[]> allocate(const QSize& size) {

@@ -37,7 +37,7 @@ public:
     /// What the instrument shows.
     InstrumentScreen screen() const { return m_session->instrument().screen(); }
 
-    /// Offers a file to the program, after a transfer that runs.
+    /// Offers a file to the program, after a transfer that runs; of several then the last.
     void sendFile(const QByteArray& file) { m_transport->sendFile(file); }
     bool isTransferring() const { return m_transport->isTransferring(); }
     /// The person at the instrument says something to the operator.

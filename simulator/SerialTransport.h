@@ -40,7 +40,8 @@ public:
     void close() override;
     QString peerText() const override;
 
-    /// Offers a file to the program as soon as no other transfer runs.
+    /// Offers a file to the program as soon as no other transfer runs; of several that wait the
+    /// last one only.
     void sendFile(const QByteArray& file);
 
     /// Whether a file is on its way, in either direction.

@@ -1,5 +1,6 @@
 #include "Display.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -58,14 +59,16 @@ void Display::forgetWindows() const {
 
 void Display::waitForWindow() const {
     const double end = now() + patience;
-    for (double left = patience; left > 0; left = end - now()) {
+    while (now() < end) {
         while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get()),
                                                       std::free}) {
             if ((event->response_type & 0x7FU) == XCB_MAP_NOTIFY)
                 return;
         }
+        if (xcb_connection_has_error(m_connection.get()) != 0)
+            throw std::runtime_error("the display has gone");
         pollfd socket{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0};
-        poll(&socket, 1, static_cast<int>(std::ceil(left * 1e3)));
+        poll(&socket, 1, static_cast<int>(std::ceil(std::max(end - now(), 0.0) * 1e3)));
     }
 }
 
