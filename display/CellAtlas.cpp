@@ -24,8 +24,10 @@ constexpr double widestShape = 4;
 
 constexpr quint16 absentCell = 0xFFFF;
 
-/// What one entry takes beside its pixels: itself, and its place in a hash table.
-constexpr std::size_t entryBytes = 64;
+/// What one entry takes beside its pixels, with room for as many again as there are.
+constexpr std::size_t entryBytes = 2 * sizeof(CellAtlas::Entry);
+/// What a place in a hash table takes.
+constexpr std::size_t groupBytes = 64;
 
 quint16 numberOf(const std::optional<CellCode>& cell) {
     return cell ? static_cast<quint16>(cell->number()) : absentCell;
@@ -55,7 +57,9 @@ bool CellAtlas::suits(const CellLook& look) {
 }
 
 CellAtlas::CellAtlas(const CellLook& look)
-    : m_look(look), m_grid(look.imageSize, look.columns, look.rows) {}
+    : m_look(look), m_grid(look.imageSize, look.columns, look.rows),
+      m_alone(static_cast<std::size_t>(look.columns) * static_cast<std::size_t>(look.rows) *
+              CellCode::count / pageCells) {}
 
 std::size_t CellAtlas::limit() const {
     const auto width = static_cast<std::size_t>(m_look.imageSize.width());
@@ -64,13 +68,18 @@ std::size_t CellAtlas::limit() const {
 }
 
 std::size_t CellAtlas::bytes() const {
-    return m_blockBytes + m_entries.size() * entryBytes;
+    return m_blockBytes + m_entries.size() * entryBytes +
+           static_cast<std::size_t>(m_groups.size()) * groupBytes + m_pages * sizeof(Page) +
+           m_alone.size() * sizeof(m_alone[0]);
 }
 
 void CellAtlas::forget() {
-    m_alone = {};
+    for (std::unique_ptr<Page>& page : m_alone)
+        page.reset();
+    m_pages = 0;
     m_groups = {};
     m_entries = {};
+    m_blanks = {};
     m_blocks.clear();
     m_free = nullptr;
     m_freePixels = 0;
@@ -79,9 +88,21 @@ void CellAtlas::forget() {
     ++m_epoch;
 }
 
+/// Where the index of a cell is kept that no neighbour reaches into; none when it is not known yet.
+CellAtlas::Index& CellAtlas::indexOf(int place, CellCode cell) {
+    const std::size_t number = static_cast<std::size_t>(place) * CellCode::count + cell.number();
+    std::unique_ptr<Page>& page = m_alone[number / pageCells];
+    if (!page) {
+        page = std::make_unique_for_overwrite<Page>();
+        page->fill(none);
+        ++m_pages;
+    }
+    return (*page)[number % pageCells];
+}
+
 CellAtlas::Index CellAtlas::add(const PreparedCell& prepared) {
     m_entries.push_back(
-        {prepared.kept, keep(prepared.pixels), prepared.background, prepared.reach});
+        {prepared.kept, keep(prepared.pixels), blank(prepared.background), prepared.reach});
     m_anyReach = m_anyReach || prepared.reach != 0;
     return static_cast<Index>(m_entries.size() - 1);
 }
@@ -108,6 +129,18 @@ const QRgb* CellAtlas::keep(const std::vector<QRgb>& pixels) {
     return kept;
 }
 
+/// A row of that background.
+const QRgb* CellAtlas::blank(QRgb background) {
+    const auto found = std::find_if(m_blanks.begin(), m_blanks.end(),
+                                    [background](const QRgb* row) { return *row == background; });
+    if (found != m_blanks.end())
+        return *found;
+    const int columns = m_grid.columns();
+    const int widest = (m_grid.imageSize().width() + columns - 1) / columns;
+    return m_blanks.emplace_back(
+        keep(std::vector<QRgb>(static_cast<std::size_t>(widest), background)));
+}
+
 std::size_t CellAtlas::held() {
     const QMutexLocker lock(&m_mutex);
     return bytes();
@@ -120,14 +153,15 @@ CellAtlas::Session::Session(CellAtlas& atlas, QRgb* pixels)
 }
 
 CellAtlas::Index CellAtlas::Session::alone(int column, int row, CellCode cell) {
+    Index& index = m_atlas.indexOf(m_atlas.m_grid.placeKind(column, row), cell);
+    if (index != none)
+        return index;
     // Blanks are the same everywhere.
-    const int place = cell.isBlank() ? 0 : m_atlas.m_grid.placeKind(column, row);
-    const quint32 key = static_cast<quint32>(place) * CellCode::count + cell.number();
-    if (const auto found = m_atlas.m_alone.constFind(key); found != m_atlas.m_alone.constEnd())
-        return *found;
-    const Index added = m_atlas.add(preparer().alone(column, row, cell));
-    m_atlas.m_alone.insert(key, added);
-    return added;
+    Index& common = cell.isBlank() ? m_atlas.indexOf(0, cell) : index;
+    if (common == none)
+        common = m_atlas.add(preparer().alone(column, row, cell));
+    index = common;
+    return index;
 }
 
 CellAtlas::Index CellAtlas::Session::among(int column, int row, CellCode cell,

@@ -19,7 +19,7 @@
 /// making and finding one goes through a Session, and there is one Session at a time. Memory is
 /// bounded: when limit() is exceeded, all is forgotten before the next session, so that there is
 /// never more than that and what one session adds, which is at most two images, a fifteenth of them
-/// and 64 KiB more, and an entry or two for each cell.
+/// and 64 KiB more, and half a KiB for each cell.
 class CellAtlas {
 public:
     using Index = quint32;
@@ -31,7 +31,8 @@ public:
         QRect kept;
         /// Those of `kept`, row by row.
         const QRgb* pixels;
-        QRgb background;
+        /// A row of background, as wide as any cell.
+        const QRgb* blank;
         unsigned char reach;
     };
 
@@ -68,18 +69,29 @@ private:
         }
     };
 
+    /// Cells of 64 codes that follow each other, at one place.
+    static constexpr std::size_t pageCells = 64;
+    using Page = std::array<Index, pageCells>;
+
     std::size_t bytes() const;
+    Index& indexOf(int place, CellCode cell);
     void forget();
     Index add(const PreparedCell& prepared);
     QRgb* allocate(std::size_t pixels);
     const QRgb* keep(const std::vector<QRgb>& pixels);
+    const QRgb* blank(QRgb background);
 
     const CellLook m_look;
     const CellGrid m_grid;
     QMutex m_mutex;
-    QHash<quint32, Index> m_alone;
+    /// By place and cell; only pages with something on them are there. Looking cells up in a hash
+    /// table took a fifth of the time in which a small screen is rendered.
+    std::vector<std::unique_ptr<Page>> m_alone;
+    std::size_t m_pages = 0;
     QHash<Group, Index> m_groups;
     std::vector<Entry> m_entries;
+    /// Of each background.
+    std::vector<const QRgb*> m_blanks;
     /// Pixels of entries, in blocks that stay where they are.
     std::vector<std::unique_ptr<QRgb[]>> m_blocks;
     QRgb* m_free = nullptr;

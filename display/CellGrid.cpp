@@ -51,14 +51,3 @@ CellGrid::CellGrid(const QSize& size, int columns, int rows)
 QRectF CellGrid::area(int column, int row) const {
     return {{m_horizontal.starts[at(column)], m_vertical.starts[at(row)]}, m_cell};
 }
-
-QRect CellGrid::pixels(int column, int row) const {
-    const int left = m_horizontal.edges[at(column)];
-    const int top = m_vertical.edges[at(row)];
-    return {left, top, m_horizontal.edges[at(column) + 1] - left,
-            m_vertical.edges[at(row) + 1] - top};
-}
-
-int CellGrid::placeKind(int column, int row) const {
-    return m_vertical.kinds[at(row)] * m_columns + m_horizontal.kinds[at(column)];
-}

@@ -25,12 +25,19 @@ public:
 
     /// The pixels that are the cell's own once its right and lower neighbours are painted too. The
     /// own pixels of all cells make up the image.
-    QRect pixels(int column, int row) const;
+    QRect pixels(int column, int row) const {
+        const int* const x = &m_horizontal.edges[static_cast<std::size_t>(column)];
+        const int* const y = &m_vertical.edges[static_cast<std::size_t>(row)];
+        return {QPoint(x[0], y[0]), QPoint(x[1] - 1, y[1] - 1)};
+    }
 
     /// A number that only those places have in common in which the same cell, painted among the
     /// same neighbours, gives the same pixels: places a whole number of pixels apart. Between 0 and
     /// columns * rows - 1.
-    int placeKind(int column, int row) const;
+    int placeKind(int column, int row) const {
+        return m_vertical.kinds[static_cast<std::size_t>(row)] * m_columns +
+               m_horizontal.kinds[static_cast<std::size_t>(column)];
+    }
 
 private:
     /// One of the two directions.

@@ -11,7 +11,19 @@ namespace pixelrows {
 /// `stride` pixels after the one before.
 void fill(QRgb* line, qptrdiff stride, int width, int height, QRgb color);
 
-/// Copies rows that lie without a gap at `source`, which must not overlap them, to the same place.
-void copy(QRgb* line, qptrdiff stride, const QRgb* source, int width, int height);
+/// Rows of `width` pixels without a gap, and another row that is to be above and below them.
+struct Framed {
+    const QRgb* pixels;
+    int width;
+    int height;
+    const QRgb* frame;
+    /// How often it is there.
+    int above;
+    int below;
+};
+
+/// Copies rows, which must not overlap what they are copied from; the first to `line`, and each
+/// further one `stride` pixels after the one before.
+void copy(QRgb* line, qptrdiff stride, const Framed& rows);
 
 } // namespace pixelrows

@@ -55,6 +55,7 @@ void ScreenCanvas::startOver(const std::shared_ptr<CellAtlas>& atlas, quint64 ep
     m_shown.epoch = epoch;
     m_cells.assign(count, {});
     m_alone.assign(count, CellAtlas::none);
+    m_reach.assign(reachIndex(grid.columns(), grid.rows()) + 1, 0);
     m_chosen.assign(count, CellAtlas::none);
     m_work.assign(count, Work::RepaintAndReach);
     m_isTaken = false;
@@ -92,6 +93,7 @@ bool ScreenCanvas::take(CellAtlas::Session& session, const std::vector<CellCode>
             if (restart)
                 return false;
             m_alone[i] = session.alone(column, row, cells[i]);
+            m_reach[reachIndex(column, row)] = session.entry(m_alone[i]).reach;
             m_cells[i] = cells[i];
             m_work[i] = Work::RepaintAndReach;
         }
@@ -131,8 +133,7 @@ void ScreenCanvas::fillMostly(const CellAtlas::Session& session) {
     const auto color = std::max_element(counts.begin(), counts.end()) - counts.begin();
     const auto example = std::find_if(m_cells.begin(), m_cells.end(),
                                       [color](CellCode cell) { return cell.color == color; });
-    m_filled =
-        session.entry(m_alone[static_cast<std::size_t>(example - m_cells.begin())]).background;
+    m_filled = *session.entry(m_alone[static_cast<std::size_t>(example - m_cells.begin())]).blank;
     fill(QRect(QPoint(0, 0), m_size), m_filled);
     m_isFilled = true;
 }
@@ -140,7 +141,8 @@ void ScreenCanvas::fillMostly(const CellAtlas::Session& session) {
 /// Finds or prepares what is to be copied into the cells that are marked.
 bool ScreenCanvas::choose(CellAtlas::Session& session, const std::atomic<bool>& restart) {
     const CellGrid& grid = m_shown.atlas->grid();
-    if (session.anyReach())
+    const bool anyReach = session.anyReach();
+    if (anyReach)
         spread();
     for (int row = 0; row < grid.rows(); ++row) {
         if (!isMarked(row))
@@ -151,7 +153,7 @@ bool ScreenCanvas::choose(CellAtlas::Session& session, const std::atomic<bool>& 
                 continue;
             if (restart)
                 return false;
-            m_chosen[i] = chosen(session, column, row);
+            m_chosen[i] = anyReach ? chosen(session, column, row) : m_alone[i];
             m_work[i] = Work::None;
         }
     }
@@ -159,28 +161,22 @@ bool ScreenCanvas::choose(CellAtlas::Session& session, const std::atomic<bool>& 
 }
 
 Index ScreenCanvas::chosen(CellAtlas::Session& session, int column, int row) const {
-    const Index alone = m_alone[index(column, row)];
-    if (!session.anyReach())
-        return alone;
-    const CellGrid& grid = m_shown.atlas->grid();
-    const auto reaching = [&](int atColumn, int atRow, PreparedCell::Reach reach) {
-        std::optional<CellCode> cell;
-        if (atColumn < 0 || atColumn >= grid.columns() || atRow >= grid.rows())
-            return cell;
-        const std::size_t i = index(atColumn, atRow);
-        if ((session.entry(m_alone[i]).reach & reach) != 0)
-            cell = m_cells[i];
-        return cell;
+    const std::size_t i = index(column, row);
+    const unsigned char* const reach = &m_reach[reachIndex(column, row)];
+    const auto columns = static_cast<std::size_t>(m_shown.atlas->grid().columns());
+    const unsigned char* const below = reach + columns + 2;
+    const int right = reach[1] & PreparedCell::Left;
+    const int downLeft = below[-1] & PreparedCell::UpRight;
+    const int down = below[0] & PreparedCell::Up;
+    const int downRight = below[1] & PreparedCell::UpLeft;
+    if ((right | downLeft | down | downRight) == 0)
+        return m_alone[i];
+    const auto reaching = [this](int reaches, std::size_t at) {
+        return reaches != 0 ? std::optional<CellCode>(m_cells[at]) : std::nullopt;
     };
-    const CellPreparer::Neighbours neighbours = {
-        reaching(column + 1, row, PreparedCell::Left),
-        reaching(column - 1, row + 1, PreparedCell::UpRight),
-        reaching(column, row + 1, PreparedCell::Up),
-        reaching(column + 1, row + 1, PreparedCell::UpLeft),
-    };
-    if (!neighbours.right && !neighbours.downLeft && !neighbours.down && !neighbours.downRight)
-        return alone;
-    return session.among(column, row, m_cells[index(column, row)], neighbours);
+    return session.among(column, row, m_cells[i],
+                         {reaching(right, i + 1), reaching(downLeft, i + columns - 1),
+                          reaching(down, i + columns), reaching(downRight, i + columns + 1)});
 }
 
 /// Copies what was chosen, where something else is shown.
@@ -209,30 +205,31 @@ void ScreenCanvas::paintCell(const CellAtlas::Session& session, const QRect& own
                              Index to) {
     const bool isBare = from == CellAtlas::none;
     const CellAtlas::Entry& entry = session.entry(to);
-    const QRgb before = isBare ? m_filled : session.entry(from).background;
-    const QRect stale = isBare ? QRect() : session.entry(from).kept;
-    if (before != entry.background)
-        fill(own, entry.background);
-    else
-        fillAround(stale, entry.kept, own.topLeft(), entry.background);
+    const QRect& kept = entry.kept;
+    const QRgb before = isBare ? m_filled : *session.entry(from).blank;
+    QRect stale = isBare ? QRect() : session.entry(from).kept;
+    if (before != *entry.blank) {
+        fill(own, *entry.blank);
+        stale = QRect();
+    }
+    if (kept.isEmpty()) {
+        fill(stale.translated(own.topLeft()), *entry.blank);
+        return;
+    }
+    if (stale.isEmpty())
+        stale = kept;
 
-    pixelrows::copy(pixel(own.topLeft() + entry.kept.topLeft()), m_size.width(), entry.pixels,
-                    entry.kept.width(), entry.kept.height());
-}
-
-/// Fills what of `area` is outside `hole`, both from `origin` on.
-void ScreenCanvas::fillAround(const QRect& area, const QRect& hole, const QPoint& origin,
-                              QRgb color) {
-    const auto fillPart = [&](int left, int top, int right, int bottom) {
-        if (left <= right && top <= bottom)
-            fill(QRect(QPoint(left, top), QPoint(right, bottom)).translated(origin), color);
+    const auto fillBeside = [&](int left, int right) {
+        if (left < right)
+            fill(QRect(left, stale.top(), right - left, stale.height()).translated(own.topLeft()),
+                 *entry.blank);
     };
-    const int top = std::clamp(hole.top(), area.top(), area.bottom() + 1);
-    const int bottom = std::clamp(hole.bottom(), top - 1, area.bottom());
-    fillPart(area.left(), area.top(), area.right(), top - 1);
-    fillPart(area.left(), top, std::min(hole.left() - 1, area.right()), bottom);
-    fillPart(std::max(hole.right() + 1, area.left()), top, area.right(), bottom);
-    fillPart(area.left(), bottom + 1, area.right(), area.bottom());
+    fillBeside(stale.left(), kept.left());
+    fillBeside(kept.right() + 1, stale.right() + 1);
+    const int above = std::max(0, kept.top() - stale.top());
+    const int below = std::max(0, stale.bottom() - kept.bottom());
+    pixelrows::copy(pixel(own.topLeft() + QPoint(kept.left(), kept.top() - above)), m_size.width(),
+                    {entry.pixels, kept.width(), kept.height(), entry.blank, above, below});
 }
 
 void ScreenCanvas::fill(const QRect& area, QRgb color) {

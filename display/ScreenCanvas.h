@@ -53,13 +53,18 @@ private:
     void paintCell(const CellAtlas::Session& session, const QRect& own, CellAtlas::Index from,
                    CellAtlas::Index to);
     void fill(const QRect& area, QRgb color);
-    void fillAround(const QRect& area, const QRect& hole, const QPoint& origin, QRgb color);
     bool isMarked(int row) const;
 
     QRgb* pixel(const QPoint& at) { return m_pixels + qptrdiff{at.y()} * m_size.width() + at.x(); }
     std::size_t index(int column, int row) const {
         const auto columns = static_cast<std::size_t>(m_shown.atlas->grid().columns());
         return static_cast<std::size_t>(row) * columns + static_cast<std::size_t>(column);
+    }
+
+    /// Where the reach of a cell is, or of one beside the screen or below it.
+    std::size_t reachIndex(int column, int row) const {
+        const auto columns = static_cast<std::size_t>(m_shown.atlas->grid().columns());
+        return static_cast<std::size_t>(row) * (columns + 2) + static_cast<std::size_t>(column + 1);
     }
 
     QSize m_size;
@@ -72,6 +77,8 @@ private:
     /// What is to be shown, and what each cell of it is when no neighbour reaches into it.
     std::vector<CellCode> m_cells;
     std::vector<CellAtlas::Index> m_alone;
+    /// How each of these reaches into its neighbours, with nothing around the screen that does.
+    std::vector<unsigned char> m_reach;
     /// What is to be copied into each cell.
     std::vector<CellAtlas::Index> m_chosen;
     std::vector<Work> m_work;

@@ -134,15 +134,15 @@ private slots:
             return session.entry(session.alone(5, 3, {code, color}));
         };
         QVERIFY(entry(' ', 0).kept.isEmpty());
-        QCOMPARE(entry(' ', 1).background, qRgb(0, 0, 255));
+        QCOMPARE(*entry(' ', 1).blank, qRgb(0, 0, 255));
         QCOMPARE(entry(219, 0).kept, QRect(0, 0, 12, 30));
-        QCOMPARE(entry(219, 0).background, qRgb(224, 224, 224));
+        QCOMPARE(*entry(219, 0).blank, qRgb(224, 224, 224));
         QCOMPARE(*entry(219, 0).pixels, qRgb(0, 0, 255));
         // Ink in one column, in the middle of those that letters take.
         QCOMPARE(entry(179, 2).kept, QRect(2, 0, 8, 30));
         const QRgb* const line = entry(179, 2).pixels;
         for (int column = 0; column < 8; ++column)
-            QCOMPARE(line[column], column == 4 ? qRgb(255, 0, 0) : entry(179, 2).background);
+            QCOMPARE(line[column], column == 4 ? qRgb(255, 0, 0) : *entry(179, 2).blank);
         // And in a few rows only.
         QCOMPARE(entry(196, 0).kept.height(), 1);
     }
@@ -178,9 +178,9 @@ private slots:
         const auto atlas = CellAtlas::shared(lookOf(size));
         ScreenCanvas canvas(size);
         const std::size_t image = pixelsOf(size).size() * sizeof(QRgb);
-        // What one screen adds at most: all its pixels twice, what is left over of blocks, and two
-        // entries a cell.
-        const std::size_t more = 2 * image + 2 * image / 15 + 65536 + std::size_t{2} * 320 * 64;
+        // What one screen adds at most: all its pixels twice, what is left over of blocks, and what
+        // finds each cell.
+        const std::size_t more = 2 * image + 2 * image / 15 + 65536 + std::size_t{320} * 512;
         // Crosses ink all of their cells and reach into others.
         ReferenceScreen crosses;
         crosses.text.assign(320, static_cast<char>(197));
