@@ -2,9 +2,11 @@
 
 #include "WholeFile.h"
 
+#include <QBuffer>
+#include <QGuiApplication>
 #include <QPainter>
-#include <QPrinter>
-#include <QTemporaryFile>
+#include <QPdfWriter>
+#include <QScreen>
 
 #include <algorithm>
 #include <cmath>
@@ -23,16 +25,19 @@ bool isLength(double inches) {
     return std::isfinite(inches) && inches > 0;
 }
 
+/// Pixels to the inch of the screen; the usual ones while there is none.
+int screenResolution() {
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen ? qRound(screen->logicalDotsPerInchY()) : 96;
+}
+
 /// The whole PDF; empty when it could not be made.
 QByteArray document(const CaptureInfo& info, const QSize& widgetSize,
                     const std::function<void(QPainter&, const QSize&)>& paint) {
-    // A printer writes to a named file only.
-    QTemporaryFile file;
-    if (!file.open())
-        return {};
-    QPrinter printer(QPrinter::ScreenResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(file.fileName());
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
+    QPdfWriter printer(&file);
+    printer.setResolution(screenResolution());
 
     const QSize image = screenpdf::imageSize(info, printer.resolution(), widgetSize);
     const double border = std::clamp(info.border, 0, maxBorder);
@@ -51,7 +56,7 @@ QByteArray document(const CaptureInfo& info, const QSize& widgetSize,
     paint(painter, image);
     if (!painter.end())
         return {};
-    const QByteArray bytes = file.readAll();
+    const QByteArray& bytes = file.data();
     return bytes.trimmed().endsWith("%%EOF") ? bytes : QByteArray();
 }
 
