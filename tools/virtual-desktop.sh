@@ -21,9 +21,9 @@ start_display() {
   started+=("$!")
   wait_for 30 test -s "$1/display"
   export DISPLAY=:$(cat "$1/display")
-  openbox >/dev/null 2>&1 &
+  tools/window-manager.sh run >/dev/null 2>&1 &
   started+=("$!")
-  wait_for 30 eval "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q '#'"
+  wait_for 30 tools/window-manager.sh ready
 }
 
 # window TITLE: the identifier of the visible window of that title.

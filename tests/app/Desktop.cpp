@@ -48,10 +48,9 @@ Desktop::Desktop() {
     if (!QTest::qWaitFor(hasNumber, patience))
         return;
     m_display = QLatin1Char(':') + number;
-    m_manager = std::make_unique<Program>(QStringLiteral("openbox"), QStringList(), environment());
-    const auto isManaged = [this] {
-        return run(QStringLiteral("xprop"), {"-root", "_NET_SUPPORTING_WM_CHECK"}).contains('#');
-    };
+    const QString manager = QStringLiteral(GX_WINDOW_MANAGER);
+    m_manager = std::make_unique<Program>(manager, QStringList{"run"}, environment());
+    const auto isManaged = [&] { return run(manager, {"ready"}).contains("yes"); };
     if (!QTest::qWaitFor(isManaged, patience))
         m_display.clear();
 }

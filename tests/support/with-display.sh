@@ -31,9 +31,10 @@ Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$folder/displ
 started+=("$!")
 wait_for test -s "$folder/display"
 export DISPLAY=:$(cat "$folder/display")
-HOME=$folder XDG_CONFIG_HOME=$folder openbox >/dev/null 2>&1 &
+manager=$(dirname "$0")/../../tools/window-manager.sh
+HOME=$folder XDG_CONFIG_HOME=$folder "$manager" run >/dev/null 2>&1 &
 started+=("$!")
-wait_for eval "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q '#'"
+wait_for "$manager" ready
 
 unset WAYLAND_DISPLAY QT_SCALE_FACTOR
 QT_QPA_PLATFORM=xcb "$@"
