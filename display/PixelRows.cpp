@@ -33,7 +33,7 @@ void fillRow(QRgb* line, int width, const Piece& pixels) {
 template <int pieces>
 void copyRow(QRgb* line, const QRgb* source, int width) {
     if constexpr (pieces == anyNumber) {
-        std::memcpy(line, source, static_cast<std::size_t>(width) * sizeof(QRgb));
+        std::copy_n(source, width, line);
     } else {
         for (qptrdiff i = 0; i < pieces - 1; ++i)
             std::memcpy(line + i * piece, source + i * piece, sizeof(Piece));

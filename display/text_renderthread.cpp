@@ -139,26 +139,25 @@ ScreenRenderer::Rendering text_renderthread::render(ScreenRenderer& renderer, Re
 /// the newest, however long it was busy.
 void text_renderthread::deliver(const ScreenRenderer::Rendering& rendering) {
     const QMutexLocker lock(&m_mutex);
-    m_changed |= rendering.changed;
-    if (m_restart || rendering.image.isNull())
+    if (m_restart || rendering.image.isNull()) {
+        m_finished.skip(rendering);
         return;
-    m_finished = rendering.image;
+    }
+    m_finished.put(rendering);
     QMetaObject::invokeMethod(this, &text_renderthread::emitFinished, Qt::QueuedConnection);
 }
 
 void text_renderthread::emitFinished() {
-    QImage image;
-    QRegion changed;
+    ScreenRenderer::Rendering newest;
     {
         const QMutexLocker lock(&m_mutex);
-        if (m_finished.isNull())
-            return;
-        image = std::exchange(m_finished, QImage());
-        changed = std::exchange(m_changed, QRegion());
+        newest = m_finished.take();
     }
-    m_keyBefore = std::exchange(m_keyNow, image.cacheKey());
-    m_changedNow = changed;
-    emit renderedImage(image);
+    if (newest.image.isNull())
+        return;
+    m_keyBefore = std::exchange(m_keyNow, newest.image.cacheKey());
+    m_changedNow = newest.changed;
+    emit renderedImage(newest.image);
 }
 
 std::optional<QRegion> text_renderthread::difference(qint64 before, qint64 after) const {

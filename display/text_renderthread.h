@@ -1,5 +1,6 @@
 #pragma once
 
+#include "NewestRendering.h"
 #include "ScreenRenderer.h"
 #include "TextScreen.h"
 
@@ -90,9 +91,7 @@ private:
     std::atomic<bool> m_restart = false;
     bool m_abort = false;
     TextScreen m_screen;
-    QImage m_finished;
-    /// What has changed since the image that was emitted last.
-    QRegion m_changed;
+    NewestRendering m_finished;
 
     // Of the owner's thread alone.
     qint64 m_keyBefore = 0;
