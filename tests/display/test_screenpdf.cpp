@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QMenu>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QSignalSpy>
 
 #include <sys/resource.h>
@@ -137,6 +138,26 @@ private slots:
             shown.lcd.capture({path(), width, height, false, border});
             QVERIFY(isNear(pageSize(path()), pixels * pointsPerPixel));
         }
+    }
+
+    void pagesHaveTheScreensResolution() {
+        const double pointsPerPixelHere =
+            72.0 / QGuiApplication::primaryScreen()->logicalDotsPerInchY();
+        ShownLcd shown(QSize(480, 240));
+        QVERIFY(shown.shows());
+        shown.lcd.capture({path(), 0, 0, false, 10});
+        QVERIFY(isNear(pageSize(path()), QSizeF(500, 260) * pointsPerPixelHere));
+        shown.lcd.capture({path(), 3, 1, false, 0});
+        QVERIFY(isNear(pageSize(path()), QSizeF(3 * 72, 72)));
+    }
+
+    void pagesHaveAnotherScreensResolution() {
+        const QByteArray output =
+            outputOf(QStringLiteral("env"),
+                     {QStringLiteral("QT_FONT_DPI=72"), QCoreApplication::applicationFilePath(),
+                      QStringLiteral("pagesHaveTheScreensResolution")});
+        QVERIFY2(output.contains("PASS   : TestScreenPdf::pagesHaveTheScreensResolution()"),
+                 output.constData());
     }
 
     void textIsRealText() {
