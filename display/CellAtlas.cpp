@@ -9,7 +9,7 @@
 namespace {
 
 /// Room for a dozen screens without a letter in common, or so.
-constexpr std::size_t smallestLimit = std::size_t{1024} * 1024;
+constexpr std::size_t smallestLimit = std::size_t{2048} * 1024;
 constexpr std::size_t limitInImages = 4;
 
 /// What is small shares memory; what is not has its own, so that little is left over of a block.

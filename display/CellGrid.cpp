@@ -21,7 +21,7 @@ std::size_t at(int index) {
 
 } // namespace
 
-CellGrid::Axis::Axis(double cell, int count, int length) {
+CellGrid::Axis::Axis(double cell, int count, int length, bool isLastAlone) {
     double start = 0;
     // Positions are added up, so that the end of a cell is exactly the beginning of the next.
     for (int i = 0; i < count; ++i, start += cell) {
@@ -34,7 +34,8 @@ CellGrid::Axis::Axis(double cell, int count, int length) {
         const auto isLike = [this, i](double other) {
             return other - std::floor(other) == starts[i] - std::floor(starts[i]);
         };
-        const bool isAlone = i < peculiarCells || !isExact(cell);
+        const bool isLast = i + 1 == starts.size();
+        const bool isAlone = i < peculiarCells || (isLast && isLastAlone) || !isExact(cell);
         const auto like = isAlone
                               ? starts.begin() + static_cast<std::ptrdiff_t>(i)
                               : std::find_if(starts.begin() + peculiarCells, starts.end(), isLike);
@@ -45,8 +46,8 @@ CellGrid::Axis::Axis(double cell, int count, int length) {
 CellGrid::CellGrid(const QSize& size, int columns, int rows)
     : m_size(size),
       m_cell(static_cast<qreal>(size.width()) / columns, static_cast<qreal>(size.height()) / rows),
-      m_columns(columns), m_rows(rows), m_horizontal(m_cell.width(), columns, size.width()),
-      m_vertical(m_cell.height(), rows, size.height()) {}
+      m_columns(columns), m_rows(rows), m_horizontal(m_cell.width(), columns, size.width(), true),
+      m_vertical(m_cell.height(), rows, size.height(), false) {}
 
 QRectF CellGrid::area(int column, int row) const {
     return {{m_horizontal.starts[at(column)], m_vertical.starts[at(row)]}, m_cell};

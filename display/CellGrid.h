@@ -47,7 +47,9 @@ private:
         std::vector<int> edges;
         std::vector<int> kinds;
 
-        Axis(double cell, int count, int length);
+        /// The last column keeps to itself: what reaches up and to the right has nothing to reach
+        /// into there, and would not be seen to reach.
+        Axis(double cell, int count, int length, bool isLastAlone);
     };
 
     QSize m_size;

@@ -270,9 +270,31 @@ private slots:
         QVERIFY2(told <= real + real / 4, both.constData());
     }
 
-    void theLimitIsFourImagesOrAMegabyte() {
-        QCOMPARE(CellAtlas(lookOf({240, 120})).limit(), std::size_t{1048576});
+    void theLimitIsFourImagesOrTwoMegabytes() {
+        QCOMPARE(CellAtlas(lookOf({240, 120})).limit(), std::size_t{2097152});
         QCOMPARE(CellAtlas(lookOf({1920, 960})).limit(), std::size_t{29491200});
+    }
+
+    void linesReachAcrossCornersOfFlatCells_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("small") << QSize(575, 34);
+        QTest::newRow("large") << QSize(2300, 122);
+    }
+    void linesReachAcrossCornersOfFlatCells() {
+        QFETCH(const QSize, size);
+        const auto atlas = CellAtlas::shared(lookOf(size));
+        ScreenCanvas canvas(size);
+        // The first of them has nobody to the right of it.
+        for (const std::size_t place : {279U, 247U, 167U, 120U}) {
+            for (int code = 200; code <= 206; ++code) {
+                ReferenceScreen screen;
+                screen.text.assign(320, ' ');
+                screen.attr.assign(320, '\0');
+                screen.text[place] = static_cast<char>(code);
+                QVERIFY(canvas.paint(atlas, cellsOf(screen), never));
+                QCOMPARE(imageOf(canvas), ReferencePainter::paint(screen, size));
+            }
+        }
     }
 
     void changedAreaOfWhatCannotBeCompared() {

@@ -90,10 +90,10 @@ private slots:
     void kindsAreFewWhereCellsAreWhole_data() {
         QTest::addColumn<QSize>("size");
         QTest::addColumn<int>("kinds");
-        // The first two of each direction keep to themselves.
-        QTest::newRow("whole cells") << QSize(480, 240) << 3 * 3;
-        QTest::newRow("halves") << QSize(500, 240) << 4 * 3;
-        QTest::newRow("eighths") << QSize(245, 121) << 10 * 8;
+        // The first two of each direction and the last column keep to themselves.
+        QTest::newRow("whole cells") << QSize(480, 240) << 4 * 3;
+        QTest::newRow("halves") << QSize(500, 240) << 5 * 3;
+        QTest::newRow("eighths") << QSize(245, 121) << 11 * 8;
         QTest::newRow("fortieths") << QSize(241, 120) << 40 * 3;
     }
     void kindsAreFewWhereCellsAreWhole() {
